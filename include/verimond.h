@@ -1,0 +1,314 @@
+/*
+ * verimond.h - the public interface of libverimond.
+ *
+ * Every function returns int32_t. The result follows one of three styles,
+ * fixed per function:
+ *   style A  0 on success, a positive error code on failure;
+ *   style B  0 or a positive length/count on success, minus the code on failure;
+ *   handle   a context handle (odd, below 2^30) on success, 0 on failure.
+ * The last failure of the calling thread can be read with API_ErrorCode()
+ * and explained with API_ErrorLookup().
+ *
+ * Output buffers: a null output or a length of 0 or less asks for the size
+ * needed; text lengths count characters without the terminating NUL (the
+ * buffer must hold one byte more); text output is always NUL-terminated.
+ *
+ * Stateful families keep one context per thread; a handle is meaningful only
+ * on the thread that made it.
+ */
+#ifndef VERIMOND_H
+#define VERIMOND_H
+
+#include <stdint.h>
+
+#if defined(VERIMOND_BUILD)
+#define VERIMOND_API __attribute__((visibility("default")))
+#else
+#define VERIMOND_API
+#endif
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/* ------------------------------------------------------------------------ */
+/* Error codes (absolute values; style B functions return them negated).     */
+/* ------------------------------------------------------------------------ */
+#define SUCCESS_NO_ERROR      0
+#define OPEN_ERROR            1
+#define CREATE_ERROR          2
+#define READ_ERROR            3
+#define WRITE_ERROR           4
+#define MEMORY_ERROR          5
+#define BAD_PARAM_ERROR       6
+#define BAD_FORMAT_ERROR      7
+#define INVALID_DATA_ERROR    8
+#define EOF_ERROR             9
+#define OUT_OF_RANGE_ERROR    11
+#define DUP_ERROR             12
+#define NULL_ERROR            14
+#define DECRYPT_ERROR         15
+#define BAD_FLAG_ERROR        17
+#define WIPE_ERROR            18
+#define NOT_SUPPORTED_ERROR   19
+#define TEST_FAILED_ERROR     23
+#define BAD_LENGTH_ERROR      26
+#define SHORT_BUF_ERROR       30
+#define ZLIB_COMPR_ERROR      31
+#define BAD_KEY_LEN_ERROR     33
+#define BAD_BLK_LEN_ERROR     34
+#define BAD_MODE_ERROR        35
+#define BAD_KEY_ERROR         36
+#define BAD_IV_ERROR          37
+#define BAD_IV_LEN_ERROR      38
+#define ENCODING_ERROR        39
+#define AUTH_FAIL_ERROR       40
+#define MISUSE_ERROR          41
+#define WEAK_KEY_ERROR        52
+#define INVALID_HANDLE_ERROR  64
+#define PRNG_ERR_FILE_OPEN    201
+#define PRNG_ERR_FILE_CREATE  202
+#define PRNG_ERR_FILE_READ    203
+#define PRNG_ERR_FILE_WRITE   204
+#define PRNG_ERR_FILE_LOCK    205
+#define PRNG_ERR_UNINST       210
+#define PRNG_ERR_TOOBIG       211
+#define PRNG_ERR_FAILURE      212
+#define PRNG_ERR_BADPARAM     213
+#define PRNG_ERR_NOTAVAIL     214
+#define PRNG_ERR_CATASTROPHIC 299
+#define INTERNAL_ERROR        9745
+#define MISC_ERROR            9999
+
+/* ------------------------------------------------------------------------ */
+/* Option constants.                                                         */
+/* ------------------------------------------------------------------------ */
+
+/* Digests: the low four bits choose the algorithm (HASH_, MAC_ HMAC, PBE_). */
+#define OPT_HASH_SHA1          0
+#define OPT_HASH_MD5           1
+#define OPT_HASH_MD2           2
+#define OPT_HASH_SHA256        3
+#define OPT_HASH_SHA384        4
+#define OPT_HASH_SHA512        5
+#define OPT_HASH_SHA224        6
+#define OPT_HASH_RMD160        7
+#define OPT_HASH_RMD160_SHA256 8
+#define OPT_HASH_SHA3_224      10
+#define OPT_HASH_SHA3_256      11
+#define OPT_HASH_SHA3_384      12
+#define OPT_HASH_SHA3_512      13
+#define OPT_HASH_ASCON_HASH    0xAF
+#define OPT_HASH_ASCON_HASHA   0xBF
+#define OPT_HASH_TEXT_MODE     0x10000
+#define OPT_HASH_DOUBLE        0x20000
+
+/* MACs. */
+#define OPT_HMAC_SHA1          0
+#define OPT_HMAC_MD5           1
+#define OPT_HMAC_SHA256        3
+#define OPT_HMAC_SHA384        4
+#define OPT_HMAC_SHA512        5
+#define OPT_HMAC_SHA224        6
+#define OPT_HMAC_RMD160        7
+#define OPT_HMAC_SHA3_224      10
+#define OPT_HMAC_SHA3_256      11
+#define OPT_HMAC_SHA3_384      12
+#define OPT_HMAC_SHA3_512      13
+#define OPT_CMAC_TDEA          0x100
+#define OPT_CMAC_AES128        0x101
+#define OPT_CMAC_AES192        0x102
+#define OPT_CMAC_AES256        0x103
+#define OPT_MAC_POLY1305       0x200
+#define OPT_KMAC_128           0x201
+#define OPT_KMAC_256           0x202
+
+/* XOF and PRF. */
+#define OPT_XOF_SHAKE128       0x203
+#define OPT_XOF_SHAKE256       0x204
+#define OPT_XOF_ASCON_XOF      0x20A
+#define OPT_XOF_ASCON_XOFA     0x20B
+#define OPT_XOF_MGF1_SHA1      0x210
+#define OPT_XOF_MGF1_SHA256    0x213
+#define OPT_XOF_MGF1_SHA384    0x214
+#define OPT_XOF_MGF1_SHA512    0x215
+#define OPT_XOF_MGF1_SHA224    0x216
+
+/* Block ciphers for the CIPHER_ calls: cipher | mode | padding | flags. */
+#define OPT_CIPHER_TDEA        0x10
+#define OPT_CIPHER_AES128      0x20
+#define OPT_CIPHER_AES192      0x30
+#define OPT_CIPHER_AES256      0x40
+#define OPT_MODE_ECB           0
+#define OPT_MODE_CBC           0x100
+#define OPT_MODE_OFB           0x200
+#define OPT_MODE_CFB           0x300
+#define OPT_MODE_CTR           0x400
+#define OPT_PAD_DEFAULT        0
+#define OPT_PAD_NONE           0x10000
+#define OPT_PAD_PKCS5          0x20000
+#define OPT_PAD_ONEANDZEROES   0x30000
+#define OPT_PAD_ANSIX923       0x40000
+#define OPT_PAD_W3C            0x50000
+#define OPT_PREFIX_IV          0x1000
+#define OPT_LEAVE_PADDING      0x2000
+
+/* Stream ciphers. */
+#define OPT_STREAM_ARCFOUR     1
+#define OPT_STREAM_SALSA20     2
+#define OPT_STREAM_CHACHA20    3
+
+/* Authenticated encryption. */
+#define OPT_AEAD_AES_128_GCM       1
+#define OPT_AEAD_AES_256_GCM       2
+#define OPT_AEAD_ASCON_128         26
+#define OPT_AEAD_ASCON_128A        27
+#define OPT_AEAD_CHACHA20_POLY1305 29
+
+/* Random numbers. */
+#define OPT_RNG_NO_INTEL_DRBG  0x80000
+#define OPT_RNG_NO_PROMPT      0x100000
+
+/* Compression and wiping. */
+#define OPT_COMPR_ZLIB         0
+#define OPT_COMPR_ZSTD         1
+#define OPT_WIPE_FAST          1
+
+/* ------------------------------------------------------------------------ */
+/* Module information and errors (API_).                                     */
+/* ------------------------------------------------------------------------ */
+
+/* The version as major*10000 + minor*100 + patch: 62201. */
+VERIMOND_API int32_t API_Version(void);
+/* The latch: the first failure code (always positive) of the thread's last
+   entering call, or the length a count-returning call handed back. */
+VERIMOND_API int32_t API_ErrorCode(void);
+/* "TEXT (NAME)" for a code of either sign; 0 if the code is unknown. A null
+   output or length < 1 returns the length needed. */
+VERIMOND_API int32_t API_ErrorLookup(char *output, int32_t length, int32_t code);
+/* Build date and time, always 20 characters ("Jan  7 2024 16:13:36"). */
+VERIMOND_API int32_t API_CompileTime(char *output, int32_t length);
+/* options 0: path of the library file; 0x40: the platform text; a few
+   diagnostic values return numbers; other options give -BAD_FLAG_ERROR. */
+VERIMOND_API int32_t API_ModuleName(char *output, int32_t length, int32_t options);
+/* The platform text "Win32", kept for compatibility with older callers. */
+VERIMOND_API int32_t API_Platform(char *output, int32_t length);
+/* A fixed text describing the build; options are not used. */
+VERIMOND_API int32_t API_ModuleInfo(char *output, int32_t length, int32_t options);
+/* Runs the load-time self-tests again: 0 if all pass, else -TEST_FAILED_ERROR.
+   Touches no latch. */
+VERIMOND_API int32_t API_PowerUpTests(int32_t options);
+
+/* ------------------------------------------------------------------------ */
+/* Hex and Base64 (CNV_), style B.                                           */
+/* ------------------------------------------------------------------------ */
+
+/* Upper-case hex of input; a short buffer is filled with whole pairs. */
+VERIMOND_API int32_t CNV_HexStrFromBytes(char *output, int32_t outputLength,
+                                         const unsigned char *input, int32_t inputLength);
+/* Decodes hex, skipping separators (space, white space, punctuation); letters
+   other than a-f give -INVALID_DATA_ERROR. A query returns the exact count. */
+VERIMOND_API int32_t CNV_BytesFromHexStr(unsigned char *output, int32_t outputLength,
+                                         const char *input);
+/* Keeps the hex digits of exactly inputLength bytes of input. */
+VERIMOND_API int32_t CNV_HexFilter(char *output, const char *input, int32_t inputLength);
+/* Base64 (RFC 4648, no line breaks); a short buffer is filled by whole groups. */
+VERIMOND_API int32_t CNV_B64StrFromBytes(char *output, int32_t outputLength,
+                                         const unsigned char *input, int32_t inputLength);
+/* Decodes Base64; white space is skipped, the text ends at the first '='. */
+VERIMOND_API int32_t CNV_BytesFromB64Str(unsigned char *output, int32_t outputLength,
+                                         const char *input);
+/* Keeps the Base64 characters (and '=') of exactly inputLength bytes of input. */
+VERIMOND_API int32_t CNV_B64Filter(char *output, const char *input, int32_t inputLength);
+
+/* ---- Text and path conversion (CNV_Utf8FromWide, CNV_ShortPathName) ---- */
+
+/* ------------------------------------------------------------------------ */
+/* Digests (HASH_), style B.                                                 */
+/* ------------------------------------------------------------------------ */
+
+/* Digest of a byte string, cut to outputLength; a null output or a length of
+   0 or less returns the digest length. */
+VERIMOND_API int32_t HASH_Bytes(unsigned char *output, int32_t outputLength,
+                                const unsigned char *message, int32_t messageLength,
+                                int32_t options);
+/* Digest length for the option; flags are refused here. */
+VERIMOND_API int32_t HASH_Length(int32_t options);
+
+/* ---- Digests as text, of bits and of files (HASH_Hex..., HASH_File) ---- */
+
+/* ---- Digest stream (HASH_Init ... HASH_Reset) ---- */
+
+/* ---- SHA3_ ---- */
+
+/* ---- SHA1_, SHA2_, MD5_ (style A) ---- */
+
+/* ------------------------------------------------------------------------ */
+/* MACs, XOF, PRF and key derivation.                                        */
+/* ------------------------------------------------------------------------ */
+
+/* ---- MAC_ ---- */
+
+/* ---- XOF_Bytes, PRF_Bytes ---- */
+
+/* ---- PBE_ ---- */
+
+/* ------------------------------------------------------------------------ */
+/* Block ciphers.                                                            */
+/* ------------------------------------------------------------------------ */
+
+/* ---- AES128_, AES192_, AES256_ (style A) ---- */
+
+/* ---- DES_ ---- */
+
+/* ---- TDEA_ ---- */
+
+/* ---- BLF_ ---- */
+
+/* ---- PAD_ ---- */
+
+/* ------------------------------------------------------------------------ */
+/* Generic cipher interface (CIPHER_), key wrap.                             */
+/* ------------------------------------------------------------------------ */
+
+/* ---- CIPHER_ one-shot ---- */
+
+/* ---- CIPHER_ stateful ---- */
+
+/* ---- CIPHER_KeyWrap, CIPHER_KeyUnwrap ---- */
+
+/* ------------------------------------------------------------------------ */
+/* Stream ciphers.                                                           */
+/* ------------------------------------------------------------------------ */
+
+/* ---- CIPHER_Stream... ---- */
+
+/* ---- PC1_ ---- */
+
+/* ------------------------------------------------------------------------ */
+/* Authenticated encryption.                                                 */
+/* ------------------------------------------------------------------------ */
+
+/* ---- AEAD_ ---- */
+
+/* ---- GCM_ ---- */
+
+/* ------------------------------------------------------------------------ */
+/* Random numbers (RNG_).                                                    */
+/* ------------------------------------------------------------------------ */
+
+/* ------------------------------------------------------------------------ */
+/* Utilities.                                                                */
+/* ------------------------------------------------------------------------ */
+
+/* ---- ZLIB_, COMPR_ ---- */
+
+/* ---- CRC_ ---- */
+
+/* ---- WIPE_ ---- */
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif /* VERIMOND_H */

@@ -1,0 +1,15 @@
+// Load, thread and unload events of the library.
+#pragma once
+#include "frame/thread_state.h"
+
+// The steps of process attach. With runChecks false (white-box tests that link
+// the objects directly) the integrity check is skipped. Returns false on a
+// failure, after the report.
+bool ProcessAttach(bool runChecks);
+void ProcessDetach();
+// Thread end: wipes the generator, frees the record, removes it from the registry.
+void ThreadDetach(ThreadState* ts);
+// The load checks in order, each whatever the earlier gave: integrity,
+// power-up tests, generator health check. True if all pass. The failing
+// checks report on their own; nothing here ends the process.
+bool RunLoadChecks();

@@ -1,0 +1,8 @@
+// Per-thread context slots of this subsystem, held by value in ThreadState.
+#pragma once
+#include <cstdint>
+
+struct StreamSlot {
+    uint32_t handle;
+};
+
