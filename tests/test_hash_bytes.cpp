@@ -80,3 +80,13 @@ TEST(HashLength, TableAndRefusals) {
     EXPECT_EQ(HASH_Length(0x10003), -BAD_FLAG_ERROR);
     EXPECT_EQ(HASH_Length(-1), -BAD_FLAG_ERROR);
 }
+
+TEST(HashBytes, Sha384AndSha512) {
+    const std::string longMsg =
+        "abcdefghbcdefghicdefghijdefghijkefghijklfghijklmghijklmnhijklmnoijklmnopjklmnopqklmnopqrlmnopqrsmnopqrstnopqrstu";
+    EXPECT_EQ(Digest("abc", OPT_HASH_SHA384),
+              "cb00753f45a35e8bb5a03d699ac65007272c32ab0eded1631a8b605a43ff5bed8086072ba1e7cc2358baeca134c825a7");
+    EXPECT_EQ(Digest(longMsg, OPT_HASH_SHA512),
+              "8e959b75dae313da8cf4f72814fc143f8f7779c6eb9f7fa17299aeadb6889018501d289e4900f7e4331b99dec4b5433ac7d329eeb6dd26545e96e55b874be909");
+    EXPECT_EQ(Digest(std::string(111, 'a'), OPT_HASH_SHA512).size(), 128u);
+}

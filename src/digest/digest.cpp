@@ -4,6 +4,7 @@
 
 #include "digest/sha1.h"
 #include "digest/sha256.h"
+#include "digest/sha512.h"
 #include "util/wipe.h"
 #include "verimond.h"
 
@@ -49,6 +50,18 @@ int32_t DigestRaw(uint8_t out[64], const uint8_t* message, uint32_t length, int3
             Sha256Update(&ctx, message, length);
             Sha224Final(out, &ctx);
             return 28;
+        }
+        case OPT_HASH_SHA384: {
+            Sha512Context ctx;
+            Sha384Start(&ctx);
+            Sha512Update(&ctx, message, length);
+            return Sha384Final(out, &ctx);
+        }
+        case OPT_HASH_SHA512: {
+            Sha512Context ctx;
+            Sha512Start(&ctx);
+            Sha512Update(&ctx, message, length);
+            return Sha512Final(out, &ctx);
         }
         case kDigestAsconNibble:
             if (!IsAsconOption(options)) return 0;
