@@ -1,0 +1,102 @@
+// A small reader for "NAME = value" vector files: NIST CAVP .rsp files, the
+// Ascon KAT files and our own rfc/ files. '#' starts a comment, "[...]" lines
+// open a section whose parameters apply to the records after them, a blank
+// line ends a record, a bare "FAIL" line marks a record that must fail.
+// CR LF and LF line ends are both read.
+#pragma once
+#include <cstdint>
+#include <fstream>
+#include <map>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "test_support.h"
+
+struct VectorRecord {
+    std::map<std::string, std::string> section;  // parameters of the "[...]" lines above
+    std::vector<std::pair<std::string, std::string>> fields;  // in file order, names may repeat
+    bool fail = false;
+    int line = 0;  // first line of the record, for messages
+
+    bool Has(const std::string& name) const {
+        for (const auto& f : fields)
+            if (f.first == name) return true;
+        return false;
+    }
+    // The n-th value of a field (0 = first); "" if absent.
+    std::string Get(const std::string& name, int n = 0) const {
+        for (const auto& f : fields)
+            if (f.first == name && n-- == 0) return f.second;
+        return "";
+    }
+    std::vector<uint8_t> Bytes(const std::string& name, int n = 0) const { return FromHex(Get(name, n)); }
+    long Int(const std::string& name) const { return std::stol(Get(name)); }
+    std::string Section(const std::string& name) const {
+        auto it = section.find(name);
+        return it == section.end() ? "" : it->second;
+    }
+};
+
+inline std::string TrimVectorText(std::string s) {
+    while (!s.empty() && (s.back() == '\r' || s.back() == ' ' || s.back() == '\t')) s.pop_back();
+    size_t i = 0;
+    while (i < s.size() && (s[i] == ' ' || s[i] == '\t')) ++i;
+    return s.substr(i);
+}
+
+inline std::string VectorPath(const std::string& relative) {
+    return std::string(VERIMOND_TEST_DATA) + "/" + relative;
+}
+
+// Reads every record of a file; an unreadable file gives no records (tests
+// should assert that the count is non-zero).
+inline std::vector<VectorRecord> ReadVectorFile(const std::string& relative) {
+    std::vector<VectorRecord> records;
+    std::ifstream in(VectorPath(relative));
+    std::map<std::string, std::string> section;
+    bool sectionOpen = false;  // consecutive "[...]" lines form one header
+    VectorRecord current;
+    int lineNumber = 0;
+    auto flush = [&] {
+        if (!current.fields.empty()) {
+            current.section = section;
+            records.push_back(current);
+        }
+        current = VectorRecord();
+    };
+    std::string line;
+    while (std::getline(in, line)) {
+        ++lineNumber;
+        line = TrimVectorText(line);
+        if (line.empty()) {
+            flush();
+            continue;
+        }
+        if (line[0] == '#') continue;
+        if (line[0] == '[') {
+            flush();
+            if (!sectionOpen) section.clear();
+            sectionOpen = true;
+            std::string body = line.substr(1, line.find(']') - 1);
+            size_t eq = body.find('=');
+            if (eq == std::string::npos) {
+                section[TrimVectorText(body)] = "";
+            } else {
+                section[TrimVectorText(body.substr(0, eq))] = TrimVectorText(body.substr(eq + 1));
+            }
+            continue;
+        }
+        sectionOpen = false;
+        if (line == "FAIL") {
+            current.fail = true;
+            continue;
+        }
+        size_t eq = line.find('=');
+        if (eq == std::string::npos) continue;
+        if (current.fields.empty()) current.line = lineNumber;
+        current.fields.emplace_back(TrimVectorText(line.substr(0, eq)), TrimVectorText(line.substr(eq + 1)));
+    }
+    flush();
+    return records;
+}
