@@ -237,11 +237,121 @@ VERIMOND_API int32_t HASH_Length(int32_t options);
 
 /* ---- Digests as text, of bits and of files (HASH_Hex..., HASH_File) ---- */
 
+/* Lower-case hex of the digest, cut to whole bytes within outputLength
+   characters; a null output or a length of 0 returns twice the digest length.
+   A negative outputLength is taken as unbounded: the whole digest is written. */
+VERIMOND_API int32_t HASH_HexFromBytes(char *output, int32_t outputLength,
+                                       const unsigned char *message, int32_t messageLength,
+                                       int32_t options);
+/* As HASH_HexFromBytes over a message in hex. An odd length gives
+   -INVALID_DATA_ERROR; an even-length text that is not hex is digested as the
+   empty message. */
+VERIMOND_API int32_t HASH_HexFromHex(char *output, int32_t outputLength, const char *messageHex,
+                                     int32_t options);
+/* Hex digest of messageBits bits (the last partial byte holds its bits at the
+   high-order end). SHA-1, SHA-2 and SHA-3 only, else -BAD_FLAG_ERROR; a null
+   message is -BAD_PARAM_ERROR even with 0 bits. */
+VERIMOND_API int32_t HASH_HexFromBits(char *output, int32_t outputLength,
+                                      const unsigned char *message, int32_t messageBits,
+                                      int32_t options);
+/* Digest of a file, cut to outputLength; OPT_HASH_TEXT_MODE reads CR LF as LF
+   and stops at a byte 0x1A. -OPEN_ERROR if the file cannot be opened (tested
+   before the option); read errors end the input silently. */
+VERIMOND_API int32_t HASH_File(unsigned char *output, int32_t outputLength, const char *fileName,
+                               int32_t options);
+/* As HASH_File with lower-case hex output cut as HASH_HexFromBytes. */
+VERIMOND_API int32_t HASH_HexFromFile(char *output, int32_t outputLength, const char *fileName,
+                                      int32_t options);
+
 /* ---- Digest stream (HASH_Init ... HASH_Reset) ---- */
+
+/* Opens the thread's digest stream (SHA-1, SHA-2, SHA-3 only) and returns its
+   handle, or 0 with NOT_SUPPORTED_ERROR latched; any earlier stream ends. */
+VERIMOND_API int32_t HASH_Init(int32_t options);
+/* 0, or -INVALID_HANDLE_ERROR, or -BAD_PARAM_ERROR (a null data is refused
+   even with length 0). */
+VERIMOND_API int32_t HASH_AddBytes(int32_t handle, const unsigned char *data, int32_t dataLength);
+/* Bytes written (the digest cut to outputLength); ends the stream. A null
+   output or a length below 1 is -BAD_PARAM_ERROR, tested before the handle. */
+VERIMOND_API int32_t HASH_Final(unsigned char *output, int32_t outputLength, int32_t handle);
+/* Digest length of the open stream, or -INVALID_HANDLE_ERROR. */
+VERIMOND_API int32_t HASH_DigestLength(int32_t handle);
+/* Ends the stream (it does not restart it): 0 or -INVALID_HANDLE_ERROR. */
+VERIMOND_API int32_t HASH_Reset(int32_t handle);
 
 /* ---- SHA3_ ---- */
 
+/* Opens the thread's SHA-3 stream for 224, 256, 384 or 512 bits and returns
+   its handle; 0 for any other value, with nothing latched. */
+VERIMOND_API int32_t SHA3_Init(int32_t hashBitLength);
+/* 0, or INVALID_HANDLE_ERROR, or BAD_PARAM_ERROR for a negative length. */
+VERIMOND_API int32_t SHA3_AddBytes(int32_t handle, const unsigned char *data, int32_t dataLength);
+/* Adds the bytes of a NUL-terminated text: 0 or a positive code. */
+VERIMOND_API int32_t SHA3_AddString(int32_t handle, const char *text);
+/* Ends the stream and writes lower-case hex cut to whole bytes; returns the
+   digits written. A null output returns twice the digest length, and the
+   stream is gone all the same. -INVALID_HANDLE_ERROR for a bad handle. */
+VERIMOND_API int32_t SHA3_HexDigest(char *output, int32_t outputLength, int32_t handle);
+/* Digest length in bytes, or -INVALID_HANDLE_ERROR. */
+VERIMOND_API int32_t SHA3_LengthInBytes(int32_t handle);
+/* Ends the stream: 0 or INVALID_HANDLE_ERROR. */
+VERIMOND_API int32_t SHA3_Reset(int32_t handle);
+
 /* ---- SHA1_, SHA2_, MD5_ (style A) ---- */
+
+/* SHA1_ (SHA-1), SHA2_ (SHA-256 only) and MD5_: 0 or a positive code. Text
+   outputs are the whole digest in lower-case hex and a NUL, in a buffer of
+   41, 65 or 33 bytes that the caller provides; a null text output is allowed
+   and drops the result. Each family has one stream per thread. */
+VERIMOND_API int32_t SHA1_StringHexHash(char *digestHex, const char *text);
+/* mode "t..." or "T..." reads in text mode, any other in binary: 0,
+   OPEN_ERROR or READ_ERROR. */
+VERIMOND_API int32_t SHA1_FileHexHash(char *digestHex, const char *fileName, const char *mode);
+VERIMOND_API int32_t SHA1_BytesHexHash(char *digestHex, const unsigned char *data, int32_t dataLength);
+/* Writes the 20-byte digest. */
+VERIMOND_API int32_t SHA1_BytesHash(unsigned char *digest, const unsigned char *data, int32_t dataLength);
+/* Opens the stream and returns its handle (never 0); no frame, no latch. */
+VERIMOND_API int32_t SHA1_Init(void);
+VERIMOND_API int32_t SHA1_AddString(int32_t handle, const char *text);
+VERIMOND_API int32_t SHA1_AddBytes(int32_t handle, const unsigned char *data, int32_t dataLength);
+/* Ends the stream and writes the hex digest. */
+VERIMOND_API int32_t SHA1_HexDigest(char *digestHex, int32_t handle);
+/* Ends the stream without a digest; it does not restart it. */
+VERIMOND_API int32_t SHA1_Reset(int32_t handle);
+/* HMAC-SHA-1 as hex. */
+VERIMOND_API int32_t SHA1_Hmac(char *digestHex, const unsigned char *data, int32_t dataLength,
+                               const unsigned char *key, int32_t keyLength);
+/* HMAC-SHA-1 over hex texts decoded loosely (non-digits skipped, an odd last
+   digit dropped); nothing fails, a text without digits is empty. */
+VERIMOND_API int32_t SHA1_HmacHex(char *digestHex, const char *dataHex, const char *keyHex);
+
+VERIMOND_API int32_t SHA2_StringHexHash(char *digestHex, const char *text);
+VERIMOND_API int32_t SHA2_FileHexHash(char *digestHex, const char *fileName, const char *mode);
+VERIMOND_API int32_t SHA2_BytesHexHash(char *digestHex, const unsigned char *data, int32_t dataLength);
+/* Writes the 32-byte SHA-256 digest. */
+VERIMOND_API int32_t SHA2_BytesHash(unsigned char *digest, const unsigned char *data, int32_t dataLength);
+VERIMOND_API int32_t SHA2_Init(void);
+VERIMOND_API int32_t SHA2_AddString(int32_t handle, const char *text);
+VERIMOND_API int32_t SHA2_AddBytes(int32_t handle, const unsigned char *data, int32_t dataLength);
+VERIMOND_API int32_t SHA2_HexDigest(char *digestHex, int32_t handle);
+VERIMOND_API int32_t SHA2_Reset(int32_t handle);
+VERIMOND_API int32_t SHA2_Hmac(char *digestHex, const unsigned char *data, int32_t dataLength,
+                               const unsigned char *key, int32_t keyLength);
+VERIMOND_API int32_t SHA2_HmacHex(char *digestHex, const char *dataHex, const char *keyHex);
+
+VERIMOND_API int32_t MD5_StringHexHash(char *digestHex, const char *text);
+VERIMOND_API int32_t MD5_FileHexHash(char *digestHex, const char *fileName, const char *mode);
+VERIMOND_API int32_t MD5_BytesHexHash(char *digestHex, const unsigned char *data, int32_t dataLength);
+/* Writes the 16-byte digest. */
+VERIMOND_API int32_t MD5_BytesHash(unsigned char *digest, const unsigned char *data, int32_t dataLength);
+VERIMOND_API int32_t MD5_Init(void);
+VERIMOND_API int32_t MD5_AddString(int32_t handle, const char *text);
+VERIMOND_API int32_t MD5_AddBytes(int32_t handle, const unsigned char *data, int32_t dataLength);
+VERIMOND_API int32_t MD5_HexDigest(char *digestHex, int32_t handle);
+VERIMOND_API int32_t MD5_Reset(int32_t handle);
+VERIMOND_API int32_t MD5_Hmac(char *digestHex, const unsigned char *data, int32_t dataLength,
+                              const unsigned char *key, int32_t keyLength);
+VERIMOND_API int32_t MD5_HmacHex(char *digestHex, const char *dataHex, const char *keyHex);
 
 /* ------------------------------------------------------------------------ */
 /* MACs, XOF, PRF and key derivation.                                        */

@@ -1,0 +1,194 @@
+// SHA1_, SHA2_ and MD5_: the eleven calls of each family, their style-A
+// codes, HMAC against RFC 2202 and RFC 4231, and the per-family stream.
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <fstream>
+#include <string>
+#include <vector>
+
+#include "test_support.h"
+#include "vector_reader.h"
+
+namespace {
+// One family's calls, so that each test runs over all three.
+struct Family {
+    const char* name;
+    int32_t option;  // the same digest through HASH_
+    size_t digits;
+    int32_t (*StringHexHash)(char*, const char*);
+    int32_t (*FileHexHash)(char*, const char*, const char*);
+    int32_t (*BytesHexHash)(char*, const unsigned char*, int32_t);
+    int32_t (*BytesHash)(unsigned char*, const unsigned char*, int32_t);
+    int32_t (*Init)(void);
+    int32_t (*AddString)(int32_t, const char*);
+    int32_t (*AddBytes)(int32_t, const unsigned char*, int32_t);
+    int32_t (*HexDigest)(char*, int32_t);
+    int32_t (*Reset)(int32_t);
+    int32_t (*Hmac)(char*, const unsigned char*, int32_t, const unsigned char*, int32_t);
+    int32_t (*HmacHex)(char*, const char*, const char*);
+};
+
+const Family kFamilies[] = {
+    {"SHA1_", OPT_HASH_SHA1, 40, SHA1_StringHexHash, SHA1_FileHexHash, SHA1_BytesHexHash, SHA1_BytesHash, SHA1_Init,
+     SHA1_AddString, SHA1_AddBytes, SHA1_HexDigest, SHA1_Reset, SHA1_Hmac, SHA1_HmacHex},
+    {"SHA2_", OPT_HASH_SHA256, 64, SHA2_StringHexHash, SHA2_FileHexHash, SHA2_BytesHexHash, SHA2_BytesHash, SHA2_Init,
+     SHA2_AddString, SHA2_AddBytes, SHA2_HexDigest, SHA2_Reset, SHA2_Hmac, SHA2_HmacHex},
+    {"MD5_", OPT_HASH_MD5, 32, MD5_StringHexHash, MD5_FileHexHash, MD5_BytesHexHash, MD5_BytesHash, MD5_Init,
+     MD5_AddString, MD5_AddBytes, MD5_HexDigest, MD5_Reset, MD5_Hmac, MD5_HmacHex},
+};
+
+std::string Reference(const std::string& message, int32_t option) {
+    uint8_t out[64];
+    int32_t n = HASH_Bytes(out, 64, Bytes(message), Len(message), option);
+    return ToHex(out, size_t(n));
+}
+
+std::string TempFile(const std::string& name, const std::string& content) {
+    std::string path = ::testing::TempDir() + "verimond_family_" + name;
+    std::ofstream(path, std::ios::binary).write(content.data(), std::streamsize(content.size()));
+    return path;
+}
+
+const Family& FamilyFor(const std::string& section) {
+    if (section == "MD5") return kFamilies[2];
+    if (section == "SHA-1") return kFamilies[0];
+    return kFamilies[1];
+}
+}  // namespace
+
+TEST(DigestFamilies, OneShotForms) {
+    const std::string msg = "The quick brown fox jumps over the lazy dog";
+    for (const Family& f : kFamilies) {
+        const std::string expected = Reference(msg, f.option);
+        char hex[65];
+        uint8_t digest[32];
+        EXPECT_EQ(f.StringHexHash(hex, msg.c_str()), 0) << f.name;
+        EXPECT_EQ(hex, expected) << f.name;
+        EXPECT_EQ(f.BytesHexHash(hex, Bytes(msg), Len(msg)), 0);
+        EXPECT_EQ(hex, expected) << f.name;
+        EXPECT_EQ(f.BytesHash(digest, Bytes(msg), Len(msg)), 0);
+        EXPECT_EQ(ToHex(digest, f.digits / 2), expected) << f.name;
+        // Length 0 with any data pointer is the empty message; a null text
+        // output drops the digest.
+        EXPECT_EQ(f.BytesHash(digest, Bytes("ignored"), 0), 0);
+        EXPECT_EQ(ToHex(digest, f.digits / 2), Reference("", f.option)) << f.name;
+        EXPECT_EQ(f.StringHexHash(nullptr, "abc") + f.BytesHexHash(nullptr, Bytes("abc"), 3), 0);
+        std::strcpy(hex, "untouched");
+        EXPECT_EQ(f.BytesHexHash(hex, Bytes("abc"), -1), BAD_PARAM_ERROR);
+        EXPECT_STREQ(hex, "untouched");
+        EXPECT_EQ(API_ErrorCode(), BAD_PARAM_ERROR);
+        for (int32_t code : {f.BytesHash(digest, Bytes("abc"), -1), f.BytesHash(digest, nullptr, 3),
+                             f.BytesHash(nullptr, Bytes("abc"), 3), f.StringHexHash(hex, nullptr)})
+            EXPECT_EQ(code, BAD_PARAM_ERROR) << f.name;
+    }
+}
+
+TEST(DigestFamilies, Streams) {
+    const std::string msg(200, 'q');
+    for (const Family& f : kFamilies) {
+        // Init has no frame: it leaves the latch as it stands.
+        EXPECT_EQ(f.BytesHash(nullptr, Bytes("abc"), 3), BAD_PARAM_ERROR);
+        int32_t h = f.Init();
+        EXPECT_EQ(API_ErrorCode(), BAD_PARAM_ERROR) << f.name;
+        EXPECT_TRUE(h > 0 && (h & 1) == 1);
+        for (size_t i = 0; i < msg.size(); i += 40) ASSERT_EQ(f.AddBytes(h, Bytes(msg) + i, 40), 0);
+        EXPECT_EQ(f.AddString(h, "tail"), 0);
+        EXPECT_EQ(f.AddBytes(h, nullptr, 0), 0);
+        // Failures leave the stream open.
+        for (int32_t code : {f.AddBytes(h, Bytes("x"), -1), f.AddString(h, nullptr)}) EXPECT_EQ(code, BAD_PARAM_ERROR);
+        for (int32_t code : {f.AddBytes(h + 2, Bytes("x"), 1), f.AddString(h + 2, "x"), f.HexDigest(nullptr, h + 2)})
+            EXPECT_EQ(code, INVALID_HANDLE_ERROR);
+        char hex[65];
+        EXPECT_EQ(f.HexDigest(hex, h), 0);
+        EXPECT_EQ(hex, Reference(msg + "tail", f.option)) << f.name;
+        // Closed after the digest.
+        for (int32_t code : {f.HexDigest(hex, h), f.Reset(h), f.AddBytes(h, Bytes("x"), 1)})
+            EXPECT_EQ(code, INVALID_HANDLE_ERROR) << f.name;
+        // A second Init ends the first; Reset ends without restarting; a
+        // digest into no text closes the stream too.
+        int32_t first = f.Init(), second = f.Init();
+        EXPECT_EQ(f.AddBytes(first, Bytes("x"), 1), INVALID_HANDLE_ERROR);
+        EXPECT_EQ(f.Reset(second), 0);
+        EXPECT_EQ(f.HexDigest(hex, second), INVALID_HANDLE_ERROR);
+        h = f.Init();
+        EXPECT_EQ(f.HexDigest(nullptr, h), 0);
+        EXPECT_EQ(f.AddString(h, "x"), INVALID_HANDLE_ERROR);
+    }
+    // The families' streams are separate from one another.
+    int32_t a = SHA1_Init(), b = SHA2_Init(), c = MD5_Init();
+    char hex[65];
+    EXPECT_EQ(SHA1_HexDigest(hex, a) + SHA2_HexDigest(hex, b) + MD5_HexDigest(hex, c), 0);
+    EXPECT_STREQ(hex, "d41d8cd98f00b204e9800998ecf8427e");
+}
+
+TEST(DigestFamilies, Files) {
+    const std::string raw = "one\r\ntwo\r\nthree\x1a" "after";
+    const std::string text = "one\ntwo\nthree";
+    std::string path = TempFile("text", raw);
+    std::string missing = ::testing::TempDir() + "verimond_family_no_such_file";
+    for (const Family& f : kFamilies) {
+        struct Case {
+            const char* mode;
+            const std::string& content;
+        };
+        const Case cases[] = {{"t", text}, {"T", text}, {"text", text}, {"b", raw}, {"", raw}, {"rb", raw}, {"x", raw}};
+        for (const Case& c : cases) {
+            char hex[65] = "";
+            EXPECT_EQ(f.FileHexHash(hex, path.c_str(), c.mode), 0) << f.name << c.mode;
+            EXPECT_EQ(std::string(hex), Reference(c.content, f.option)) << f.name << " mode '" << c.mode << "'";
+        }
+        char hex[65];
+        EXPECT_EQ(f.FileHexHash(hex, missing.c_str(), "b"), OPEN_ERROR);
+        EXPECT_EQ(API_ErrorCode(), OPEN_ERROR);
+        // Unlike HASH_File, a read error is reported: a directory opens but
+        // cannot be read.
+        EXPECT_EQ(f.FileHexHash(hex, ::testing::TempDir().c_str(), "b"), READ_ERROR);
+        EXPECT_EQ(f.FileHexHash(hex, path.c_str(), nullptr), BAD_PARAM_ERROR);
+        EXPECT_EQ(f.FileHexHash(nullptr, path.c_str(), "b"), 0);
+    }
+}
+
+TEST(DigestFamilies, HmacPublishedCases) {
+    int checked = 0;
+    for (const char* file : {"rfc/rfc2202_hmac_md5_sha1.txt", "rfc/rfc4231_hmac_sha2.txt"}) {
+        for (const VectorRecord& r : ReadVectorFile(file)) {
+            const std::string digest = r.section.begin()->first;
+            if (digest != "MD5" && digest != "SHA-1" && digest != "SHA-256") continue;  // SHA2_ is SHA-256 alone
+            const Family& f = FamilyFor(digest);
+            std::vector<uint8_t> key = r.Bytes("KEY"), data = r.Bytes("DATA");
+            std::string mac = r.Get("MAC");
+            char hex[65];
+            ASSERT_EQ(f.Hmac(hex, data.data(), int32_t(data.size()), key.data(), int32_t(key.size())), 0);
+            EXPECT_EQ(std::string(hex).substr(0, mac.size()), mac) << f.name << " case " << r.Get("COUNT");
+            // The same through hex text.
+            ASSERT_EQ(f.HmacHex(hex, r.Get("DATA").c_str(), r.Get("KEY").c_str()), 0);
+            EXPECT_EQ(std::string(hex).substr(0, mac.size()), mac) << f.name << " hex case " << r.Get("COUNT");
+            ++checked;
+        }
+    }
+    EXPECT_EQ(checked, 21);
+}
+
+TEST(DigestFamilies, HmacArgumentsAndLooseHex) {
+    for (const Family& f : kFamilies) {
+        char expected[65], empty[65], hex[65];
+        ASSERT_EQ(f.Hmac(expected, Bytes("data"), 4, Bytes("\x0b\xad"), 2), 0);
+        ASSERT_EQ(f.Hmac(empty, Bytes("data"), 4, Bytes(""), 0), 0);
+        // Non-digits are skipped, also inside a pair, an odd last digit is
+        // dropped, and a text without digits is the empty key: nothing fails.
+        const struct {
+            const char* keyHex;
+            const char* code;
+        } cases[] = {{"0bad", expected}, {"0B:AD", expected}, {"0 b a d", expected}, {"0bad7", expected},
+                     {"zz0b-ad", expected}, {"zz : ~ xyz", empty}, {"", empty}};
+        for (const auto& c : cases) {
+            ASSERT_EQ(f.HmacHex(hex, "64 61 74 61", c.keyHex), 0);
+            EXPECT_STREQ(hex, c.code) << f.name << " key '" << c.keyHex << "'";
+        }
+        for (int32_t code : {f.Hmac(hex, Bytes("data"), -1, Bytes("k"), 1), f.Hmac(hex, Bytes("data"), 4, Bytes("k"), -1),
+                             f.HmacHex(hex, nullptr, "00")})
+            EXPECT_EQ(code, BAD_PARAM_ERROR) << f.name;
+        EXPECT_EQ(f.Hmac(nullptr, Bytes("data"), 4, Bytes("k"), 1) + f.HmacHex(nullptr, "00", "00"), 0);
+    }
+}
