@@ -1,9 +1,217 @@
+// Entropy pools, events and draws. See entropy.h for the sharing rules.
 #include "rng/entropy.h"
 
+#include <array>
+#include <cstring>
+
 #include "frame/frame.h"
+#include "rng/machine.h"
+#include "util/wipe.h"
 
-void StirEntropy(int mode) {}
+SharedRngState g_sharedRng;
+int32_t g_poolLockEnabled = 0;
 
-void ZeroSharedRngState() {}
+namespace {
+template <typename T>
+T LoadRelaxed(const T* p) {
+    return __atomic_load_n(p, __ATOMIC_RELAXED);
+}
+template <typename T>
+void StoreRelaxed(T* p, T v) {
+    __atomic_store_n(p, v, __ATOMIC_RELAXED);
+}
 
-uint32_t RngLiveInstances() { return 0; }
+// Takes the library lock only when the flag asks for it.
+struct PoolGuard {
+    bool held;
+    PoolGuard() : held(LoadRelaxed(&g_poolLockEnabled) != 0) {
+        if (held) LibraryLock();
+    }
+    ~PoolGuard() {
+        if (held) LibraryUnlock();
+    }
+};
+
+// Appends bytes to a shared running hash. The buffer position is read once
+// and masked, so a racing writer can change values but never the bounds.
+void PoolAbsorb(EntropyPool* pool, const uint8_t* data, uint32_t length) {
+    Sha512Context* ctx = &pool->hash;
+    for (uint32_t i = 0; i < length; ++i) {
+        uint64_t bits = LoadRelaxed(&ctx->countLow);
+        uint32_t at = uint32_t(bits >> 3) & 127;
+        ctx->block[at] = data[i];
+        StoreRelaxed(&ctx->countLow, bits + 8);
+        if (at == 127) Sha512Compress(ctx->h, ctx->block);
+    }
+    StoreRelaxed(&pool->byteCount, LoadRelaxed(&pool->byteCount) + length);
+}
+
+constexpr uint64_t kCrc64Poly = 0xD000000000000001ull;
+
+constexpr std::array<uint64_t, 256> MakeCrc64Table() {
+    std::array<uint64_t, 256> table{};
+    for (uint32_t i = 0; i < 256; ++i) {
+        uint64_t r = i;
+        for (int bit = 0; bit < 8; ++bit) r = (r >> 1) ^ ((r & 1) ? kCrc64Poly : 0);
+        table[i] = r;
+    }
+    return table;
+}
+constexpr std::array<uint64_t, 256> kCrc64Table = MakeCrc64Table();
+
+void AddTimeEvents(EntropyPools* pools) {
+    uint32_t low = uint32_t(SystemTime100ns());
+    AddEvent(pools, kSourceSystemTime, &low, 4);
+    uint32_t tick = TickCountMs();
+    AddEvent(pools, kSourceTickCount, &tick, 4);
+}
+
+void AddLoadEvent(EntropyPools* pools) {
+    uint8_t record[32];
+    MachineLoadRecord(record);
+    uint64_t crc = Crc64Digest(record, sizeof record);
+    AddEvent(pools, kSourceMachineLoad, &crc, 8);
+}
+}  // namespace
+
+void InitPools(EntropyPools* pools) {
+    for (EntropyPool& p : pools->pool) {
+        Sha512Start(&p.hash);
+        StoreRelaxed(&p.byteCount, 0u);
+    }
+}
+
+SharedRngState* LinkSharedState(DrbgState* state) {
+    // The stored link is informational: the one shared record is returned
+    // whatever the field holds, so a damaged field is never followed.
+    SharedRngState* shared = &g_sharedRng;
+    if (LoadRelaxed(&state->shared) == nullptr) {
+        if (LoadRelaxed(&shared->instantiations) == 0) InitPools(&shared->pools);
+        StoreRelaxed(&state->shared, shared);
+    }
+    return shared;
+}
+
+void AddEvent(EntropyPools* pools, uint8_t source, const void* data, uint32_t length) {
+    if (source >= kEventSources) return;
+    if (length > kEventCap) length = kEventCap;
+    if (data == nullptr) length = 0;
+    PoolGuard guard;  // no copy of the event is made, so none needs wiping
+    uint8_t* next = &pools->nextPool[source];
+    uint32_t index = LoadRelaxed(next) & (kPoolCount - 1);
+    StoreRelaxed(next, uint8_t((index + 1) & (kPoolCount - 1)));
+    const uint8_t header[2] = {source, uint8_t(length)};
+    PoolAbsorb(&pools->pool[index], header, 2);
+    PoolAbsorb(&pools->pool[index], static_cast<const uint8_t*>(data), length);
+}
+
+bool PoolsReady(const EntropyPools* pools, uint64_t now100ns) {
+    if (LoadRelaxed(&pools->pool[0].byteCount) < 32) return false;
+    uint32_t nowHigh = uint32_t(now100ns >> 32), nowLow = uint32_t(now100ns);
+    uint32_t lastHigh = LoadRelaxed(&pools->lastReseedHigh);
+    uint32_t lastLow = LoadRelaxed(&pools->lastReseedLow);
+    if (nowHigh > lastHigh) return true;
+    return nowHigh == lastHigh && nowLow >= lastLow && (nowLow - lastLow) / 10000 >= 101;
+}
+
+uint32_t ReseedFromPools(EntropyPools* pools, uint8_t* output, int force) {
+    PoolGuard guard;
+    uint64_t now = MonotonicTime100ns();
+    uint32_t count = LoadRelaxed(&pools->reseedCount);
+    if (force != 1 && count != 0 && !PoolsReady(pools, now)) return 0;
+    ++count;
+    StoreRelaxed(&pools->reseedCount, count);
+    StoreRelaxed(&pools->lastReseedHigh, uint32_t(now >> 32));
+    StoreRelaxed(&pools->lastReseedLow, uint32_t(now));
+
+    uint32_t used = 0;
+    for (int i = 0; i < kPoolCount; ++i) {
+        if (i > 0 && (count & ((1u << i) - 1)) != 0) break;  // pool i joins every 2^i-th draw
+        EntropyPool* p = &pools->pool[i];
+        uint32_t serial = LoadRelaxed(&p->serial) + 1;
+        StoreRelaxed(&p->serial, serial);
+        // Finish a private copy: other threads may keep writing the pool.
+        Sha512Context snapshot;
+        std::memcpy(&snapshot, &p->hash, sizeof snapshot);
+        uint8_t serialBytes[4];
+        std::memcpy(serialBytes, &serial, 4);
+        Sha512Update(&snapshot, serialBytes, 4);
+        Sha512Final(output + 64 * used, &snapshot);
+        WipeObject(snapshot);
+        // Pool contents do not chain from one draw to the next.
+        Sha512Start(&p->hash);
+        StoreRelaxed(&p->byteCount, 0u);
+        ++used;
+    }
+    return 64 * used;
+}
+
+void GatherLight(EntropyPools* pools) {
+    AddTimeEvents(pools);
+    AddLoadEvent(pools);
+}
+
+void GatherFull(EntropyPools* pools) {
+    AddTimeEvents(pools);
+    AddLoadEvent(pools);
+    uint32_t blocks;
+    if (FreeDiskBlocks(&blocks)) AddEvent(pools, kSourceFreeDisk, &blocks, 4);
+    uint8_t power[12];
+    if (PowerStatusRecord(power)) {
+        uint64_t crc = Crc64Digest(power, sizeof power);
+        AddEvent(pools, kSourcePower, &crc, 8);
+    }
+    AddTimeEvents(pools);
+}
+
+void DigestEvent(uint8_t output[64], const uint8_t* data, uint32_t length) {
+    Sha512Context ctx;
+    uint8_t h[64];
+    Sha512Start(&ctx);
+    Sha512Update(&ctx, data, length);
+    Sha512Final(h, &ctx);
+    Sha512Start(&ctx);
+    Sha512Update(&ctx, h, 20);
+    Sha512Update(&ctx, data, length);
+    Sha512Final(output, &ctx);
+    SecureWipe(h, sizeof h);
+    WipeObject(ctx);
+}
+
+void FeedAdditional(SharedRngState* shared, const uint8_t* data, uint32_t length) {
+    if (data == nullptr || length == 0) return;
+    uint8_t digest[64];
+    DigestEvent(digest, data, length);
+    AddEvent(&shared->pools, kSourceAdditional, digest, 32);
+    SecureWipe(digest, sizeof digest);
+}
+
+uint64_t Crc64Digest(const uint8_t* data, uint32_t length) {
+    uint64_t r = 0;
+    for (uint32_t i = 0; i < length; ++i) r = (r >> 8) ^ kCrc64Table[(r ^ data[i]) & 0xFF];
+    return r;
+}
+
+int32_t LoadHardwareWord(const SharedRngState* shared) { return LoadRelaxed(&shared->hardware); }
+void StoreHardwareWord(SharedRngState* shared, int32_t word) { StoreRelaxed(&shared->hardware, word); }
+
+void StirEntropy(int mode) {
+    int m = mode % 2;  // the sign stays: a negative odd mode does nothing
+    if (m < 0) return;
+    SharedRngState* shared = LinkSharedState(&GetThreadState()->rng);
+    if (m == 0) {
+        GatherLight(&shared->pools);
+        return;
+    }
+    GatherFull(&shared->pools);
+    int32_t hardware = LoadHardwareWord(shared);
+    if (hardware != 0 && hardware != -1) {
+        uint32_t word = HardwareRandomWord(hardware);
+        if (word != 0) AddEvent(&shared->pools, kSourceHardware, &word, 4);
+        SecureWipe(&word, sizeof word);
+    }
+}
+
+void ZeroSharedRngState() { SecureWipe(&g_sharedRng, sizeof g_sharedRng); }
+
+uint32_t RngLiveInstances() { return LoadRelaxed(&g_sharedRng.liveInstances); }
