@@ -407,6 +407,61 @@ VERIMOND_API int32_t MD5_HmacHex(char *digestHex, const char *dataHex, const cha
 /* Random numbers (RNG_).                                                    */
 /* ------------------------------------------------------------------------ */
 
+/* Each thread has its own generator, set up by its first call. A failed
+   generator ends the process (status 1) after a report: no call ever returns
+   output from it. Requests are limited to 65536 bytes (PRNG_ERR_TOOBIG). */
+
+/* length random bytes, with seed as additional input (null with seedLength
+   0 for none). Style A: 0, BAD_PARAM_ERROR or PRNG_ERR_TOOBIG. */
+VERIMOND_API int32_t RNG_KeyBytes(unsigned char *output, int32_t length,
+                                  const unsigned char *seed, int32_t seedLength);
+/* count random bytes as upper-case hex, cut to outputLength characters. Style
+   A: 0 (not the length); a null output is NULL_ERROR, not a size query. */
+VERIMOND_API int32_t RNG_KeyHex(char *output, int32_t outputLength, int32_t count,
+                                const unsigned char *seed, int32_t seedLength);
+/* As RNG_KeyBytes without a seed and with a lighter stir. Style A. */
+VERIMOND_API int32_t RNG_NonceData(unsigned char *output, int32_t length);
+/* As RNG_KeyHex without a seed and with a lighter stir. Style A. */
+VERIMOND_API int32_t RNG_NonceDataHex(char *output, int32_t outputLength, int32_t count);
+/* A number from lower to upper inclusive; lower when upper is not above it.
+   Sets no error code: the result is always a number. */
+VERIMOND_API int32_t RNG_Number(int32_t lower, int32_t upper);
+/* As RNG_KeyBytes, with entropy typed by the user on the console folded in;
+   options 1/2/3 ask for 128/192/256 bits, else 112. Pauses 500 ms first. The
+   prompt ends early at the end of standard input. Style A. */
+VERIMOND_API int32_t RNG_BytesWithPrompt(unsigned char *output, int32_t length,
+                                         const char *prompt, int32_t options);
+/* The hex form of RNG_BytesWithPrompt, with RNG_KeyHex's rules. Style A. */
+VERIMOND_API int32_t RNG_HexWithPrompt(char *output, int32_t outputLength, int32_t count,
+                                       const char *prompt, int32_t options);
+/* Sets up the thread's generator. With a seed file name: updates the file
+   (creating it if missing), 0 or -PRNG_ERR_...; without: which hardware
+   instructions are used (1 RDRAND, 2 RDSEED, 3 both) or -PRNG_ERR_NOTAVAIL,
+   the normal answer where there are none. OPT_RNG_NO_INTEL_DRBG switches the
+   instructions off for the whole process. */
+VERIMOND_API int32_t RNG_Initialize(const char *seedFile, int32_t options);
+/* Creates or replaces a 128-byte seed file, prompting the user for entropy
+   first (options as RNG_BytesWithPrompt). Style B: 0 or a negative code. */
+VERIMOND_API int32_t RNG_MakeSeedFile(const char *seedFile, const char *prompt, int32_t options);
+/* Reseeds from an existing seed file and rewrites its first 128 bytes.
+   Style B: 0, -PRNG_ERR_FILE_OPEN for a missing file, -PRNG_ERR_FILE_LOCK
+   when another holder keeps it locked (ten tries, a second apart). */
+VERIMOND_API int32_t RNG_UpdateSeedFile(const char *seedFile, int32_t options);
+/* Health check, then the FIPS 140-2 statistical tests on 20000 fresh bits,
+   with a report when a file name is given: 0 passed, 1 failed (the error
+   code then reads 1), -PRNG_ERR_FILE_CREATE, -PRNG_ERR_CATASTROPHIC. */
+VERIMOND_API int32_t RNG_Test(const char *resultFile);
+/* Answers an HMAC_DRBG SHA-512 validation record given as hex texts (null or
+   "" for empty): instantiate, reseed, two generates; lower-case hex of the
+   second. Option 0x10000 generates before the reseed; with no reseed texts
+   the reseed is left out. Style B: the hex length, a query for a null output,
+   -BAD_PARAM_ERROR for returnedBits < 1, -PRNG_ERR_TOOBIG above 524288. */
+VERIMOND_API int32_t RNG_TestDRBGVS(char *output, int32_t outputLength, int32_t returnedBits,
+                                    const char *entropy, const char *nonce,
+                                    const char *personalisation, const char *additional1,
+                                    const char *reseedEntropy, const char *reseedAdditional,
+                                    const char *additional2, int32_t options);
+
 /* ------------------------------------------------------------------------ */
 /* Utilities.                                                                */
 /* ------------------------------------------------------------------------ */
