@@ -1,0 +1,352 @@
+// White-box checks of the generator: working state against the published
+// intermediate values, the health check, reseed timing, the continuous test
+// and its fatal end, pool schedules, seed-file locking, the FIPS report.
+#include <gtest/gtest.h>
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cstring>
+#include <vector>
+
+#include "child_process.h"
+#include "digest/sha512.h"
+#include "frame/frame.h"
+#include "rng/drbg.h"
+#include "rng/entropy.h"
+#include "rng/machine.h"
+#include "rng/prompt.h"
+#include "rng/seedfile.h"
+#include "rng/stattest.h"
+#include "vector_reader.h"
+
+namespace {
+// Sets the time of the last draw to now minus ageMs.
+void SetLastDraw(EntropyPools* pools, uint64_t ageMs) {
+    uint64_t last = MonotonicTime100ns() - ageMs * 10000;
+    pools->lastReseedHigh = uint32_t(last >> 32);
+    pools->lastReseedLow = uint32_t(last);
+}
+
+DrbgState KnownState() {
+    DrbgState s{};
+    const auto& v = kDrbgHealthVector;
+    DrbgRawInstantiate(&s, v.entropy, 32, v.nonce, 16, v.personalisation, 32);
+    return s;
+}
+
+std::string Sha512Hex(const std::vector<uint8_t>& data) {
+    Sha512Context ctx;
+    uint8_t out[64];
+    Sha512Start(&ctx);
+    Sha512Update(&ctx, data.data(), uint32_t(data.size()));
+    Sha512Final(out, &ctx);
+    return ToHex(out, 64);
+}
+
+std::string ReadAll(const std::string& path) {
+    std::ifstream in(path, std::ios::binary);
+    return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
+}
+}  // namespace
+
+TEST(DrbgCore, WorkingStateFollowsThePublishedSteps) {
+    auto records = ReadVectorFile("nist-cavp/drbg/HMAC_DRBG_SHA512_pr_false.txt");
+    ASSERT_GT(records.size(), 0u);
+    for (const auto& r : records) {
+        DrbgState s{};
+        auto e = r.Bytes("EntropyInput"), n = r.Bytes("Nonce"), p = r.Bytes("PersonalizationString");
+        auto re = r.Bytes("EntropyInputReseed"), ra = r.Bytes("AdditionalInputReseed");
+        std::vector<uint8_t> out(r.Get("ReturnedBits").size() / 2);
+        for (int step = 0; step < 4; ++step) {
+            auto a = step >= 2 ? r.Bytes("AdditionalInput", step - 2) : std::vector<uint8_t>();
+            if (step == 0) DrbgRawInstantiate(&s, e.data(), 32, n.data(), 16, p.data(), uint32_t(p.size()));
+            if (step == 1) DrbgReseed(&s, re.data(), 32, ra.data(), uint32_t(ra.size()));
+            if (step >= 2) DrbgRawGenerate(&s, out.data(), uint32_t(out.size()), a.data(), uint32_t(a.size()));
+            EXPECT_EQ(ToHex(s.value, 64), r.Get("V", step)) << r.line << " step " << step;
+            EXPECT_EQ(ToHex(s.key, 64), r.Get("Key", step)) << r.line << " step " << step;
+            EXPECT_EQ(s.reseedCounter, step < 2 ? 1u : uint32_t(step));
+        }
+        EXPECT_EQ(ToHex(out), r.Get("ReturnedBits")) << r.line;
+    }
+    // One generate uses 64 bytes of additional input; a reseed takes all of it.
+    std::vector<uint8_t> extra(100000, 0x5C), outA(80), outB(80);
+    DrbgState a = KnownState(), b = KnownState();
+    DrbgRawGenerate(&a, outA.data(), 80, extra.data(), 100);
+    DrbgRawGenerate(&b, outB.data(), 80, extra.data(), 64);
+    EXPECT_EQ(outA, outB);
+    DrbgReseed(&a, extra.data(), 32, extra.data(), uint32_t(extra.size()));
+    DrbgReseed(&b, extra.data(), 32, extra.data(), 64);
+    EXPECT_NE(ToHex(a.key, 64), ToHex(b.key, 64));
+}
+
+TEST(DrbgCore, HealthCheckCatchesEachDamagedAnswerAtItsDepth) {
+    const uint32_t draws = g_sharedRng.pools.reseedCount;
+    SetLastDraw(&g_sharedRng.pools, 0);
+    for (int depth = 0; depth <= 2; ++depth) EXPECT_EQ(DrbgHealthCheck(depth), 0) << depth;
+    EXPECT_EQ(g_sharedRng.pools.reseedCount, draws + 1);  // only depth 2 forces a draw
+    struct Case {
+        const char* name;
+        uint8_t* (*field)(DrbgKnownAnswer&);
+        int firstDepth;
+    } cases[] = {
+        {"entropy", [](DrbgKnownAnswer& v) { return v.entropy; }, 0},
+        {"instantiate key", [](DrbgKnownAnswer& v) { return v.instantiateKey; }, 0},
+        {"instantiate value", [](DrbgKnownAnswer& v) { return v.instantiateValue + 63; }, 0},
+        {"reseed key", [](DrbgKnownAnswer& v) { return v.reseedKey + 10; }, 1},
+        {"first generate value", [](DrbgKnownAnswer& v) { return v.generate1Value; }, 1},
+        {"second additional input", [](DrbgKnownAnswer& v) { return v.additional2 + 31; }, 1},
+        {"returned bits", [](DrbgKnownAnswer& v) { return v.returned + 255; }, 1},
+        {"second generate key", [](DrbgKnownAnswer& v) { return v.generate2Key; }, 1},
+    };
+    for (const auto& c : cases) {
+        DrbgKnownAnswer damaged = kDrbgHealthVector;
+        *c.field(damaged) ^= 0x01;
+        for (int depth = 0; depth <= 2; ++depth)
+            EXPECT_EQ(DrbgHealthCheckWith(damaged, depth), depth >= c.firstDepth ? -299 : 0) << c.name << depth;
+    }
+}
+
+TEST(DrbgCore, ContinuousTestComparesEightBytesZeroPadded) {
+    const uint8_t shadow[8] = {1, 2, 3, 4, 5, 0, 0, 0};
+    struct Case {
+        std::vector<uint8_t> output;
+        int passes;
+    } cases[] = {{{1, 2, 3, 4, 5}, 0}, {{1, 2, 3, 4, 5, 0, 0, 0, 9}, 0}, {{1, 2, 3, 4, 5, 6}, 1}, {{1, 2, 3, 4}, 1}};
+    for (const auto& c : cases) {
+        DrbgState s = KnownState();
+        std::memcpy(s.shadowOutput, shadow, 8);
+        EXPECT_EQ(DrbgContinuousCheck(&s, c.output.data(), uint32_t(c.output.size())), c.passes) << c.output.size();
+        // A pass makes the next hidden block and counts a step; a failure changes nothing.
+        EXPECT_EQ(s.reseedCounter, c.passes ? 2u : 1u);
+        EXPECT_EQ(std::memcmp(s.shadowOutput, shadow, 8) != 0, c.passes == 1);
+    }
+}
+
+TEST(DrbgGenerate, LimitsReseedTimingAndLiveCount) {
+    DrbgState s{};
+    std::vector<uint8_t> buf(65537);
+    const uint32_t live = RngLiveInstances();
+    ASSERT_EQ(DrbgGenerate(&s, buf.data(), 16, nullptr, 0), 0);  // first use instantiates
+    EXPECT_EQ(RngLiveInstances(), live + 1);
+    EXPECT_TRUE(s.reseedCounter > 0 && s.reseedCounter < 10) << s.reseedCounter;
+    SetLastDraw(&g_sharedRng.pools, 0);
+    const DrbgState before = s;
+    EXPECT_EQ(DrbgGenerate(&s, buf.data(), 65537, nullptr, 0), -211);
+    EXPECT_EQ(std::memcmp(&before, &s, sizeof s), 0);  // refused with no other effect
+    struct Case {
+        uint32_t counter, length;
+        bool poolsReady;
+        uint32_t counterAfter, draws;
+    } cases[] = {
+        {100, 65536, false, 102, 0},  // the generate and the hidden step, no reseed
+        {100, 0, false, 102, 0},      // an empty request runs the same steps
+        {kDrbgReseedBound - 1, 32, false, kDrbgReseedBound + 1, 0},
+        {kDrbgReseedBound, 32, false, 3, 1},  // forced, though the pools are not ready
+        {100, 32, true, 3, 1},                // ready pools reseed at once
+    };
+    for (const auto& c : cases) {
+        SetLastDraw(&g_sharedRng.pools, c.poolsReady ? 200 : 0);
+        if (c.poolsReady) g_sharedRng.pools.pool[0].byteCount = 1000;
+        s.reseedCounter = c.counter;
+        const uint32_t draws = g_sharedRng.pools.reseedCount;
+        EXPECT_EQ(DrbgGenerate(&s, buf.data(), c.length, nullptr, 0), 0);
+        EXPECT_EQ(s.reseedCounter, c.counterAfter) << c.counter;
+        EXPECT_EQ(g_sharedRng.pools.reseedCount - draws, c.draws) << c.counter;
+    }
+    std::memset(s.shadowOutput, 0, 8);  // an empty request compares as eight zero bytes
+    EXPECT_EQ(DrbgGenerate(&s, buf.data(), 0, nullptr, 0), -299);
+    EXPECT_EQ(DrbgUninstantiate(&s), 0);
+    EXPECT_EQ(RngLiveInstances(), live);
+    EXPECT_EQ(DrbgUninstantiate(&s), 0);  // counted out only if it was counted in
+    EXPECT_EQ(RngLiveInstances(), live);
+}
+
+TEST(DrbgGenerate, FailedGeneratorEndsTheProcessWithAReport) {
+    char dir[] = "/tmp/verimond_fatal_XXXXXX";
+    ASSERT_NE(mkdtemp(dir), nullptr);
+    const std::string options = std::string(dir) + "/options", log = std::string(dir) + "/apierr.log";
+    std::ofstream(options) << "ErrorLogDir=" << dir << "\n";
+    ChildResult r = RunInChild(nullptr, [&] {
+        setenv("VERIMOND_OPTIONS", options.c_str(), 1);
+        uint8_t buf[16];
+        if (RNG_NonceData(buf, 16) != 0) return 10;
+        std::memset(GetThreadState()->rng.shadowOutput, 0, 8);
+        RNG_KeyBytes(buf, 0, nullptr, 0);
+        return 20;  // not reached
+    });
+    EXPECT_EQ(r.exitCode, 1);
+    EXPECT_NE(r.output.find("Verimond: RNG failed continuous testing\n"), std::string::npos) << r.output;
+    EXPECT_NE(ReadAll(log).find("(c0001f48) RNG failed continuous testing"), std::string::npos);
+    unlink(options.c_str());
+    unlink(log.c_str());
+    rmdir(dir);
+}
+
+TEST(DrbgGenerate, ForkedChildDoesNotRepeatItsParent) {
+    uint8_t parent[32], child[32];
+    ASSERT_EQ(RNG_NonceData(parent, 32), 0);  // the thread's generator is in use
+    SetLastDraw(&g_sharedRng.pools, 0);       // and neither side will reseed
+    int p[2];
+    ASSERT_EQ(pipe(p), 0);
+    pid_t pid = fork();
+    if (pid == 0) {
+        RNG_NonceData(child, 32);
+        (void)!write(p[1], child, 32);
+        _exit(0);
+    }
+    ASSERT_EQ(RNG_NonceData(parent, 32), 0);
+    ASSERT_EQ(read(p[0], child, 32), 32);
+    waitpid(pid, nullptr, 0);
+    EXPECT_NE(ToHex(parent, 32), ToHex(child, 32));
+    close(p[0]);
+    close(p[1]);
+}
+
+TEST(EntropyPools, DrawScheduleAndEvents) {
+    static EntropyPools pools;
+    InitPools(&pools);
+    std::vector<uint8_t> data(40, 0xA7);
+    AddEvent(&pools, kSourceFreeDisk, data.data(), 40);  // cut to 32 bytes
+    EXPECT_EQ(pools.pool[0].byteCount, 34u);
+    uint8_t out[kPoolDrawRoom];
+    ASSERT_EQ(ReseedFromPools(&pools, out, 0), 64u);  // the first draw is always served
+    std::vector<uint8_t> hashed(2 + 32 + 4, 0xA7);  // source, length, data, the pool's serial
+    hashed[0] = kSourceFreeDisk;
+    hashed[1] = 32;
+    hashed[34] = 1, hashed[35] = hashed[36] = hashed[37] = 0;
+    EXPECT_EQ(ToHex(out, 64), Sha512Hex(hashed));
+    EXPECT_EQ(ReseedFromPools(&pools, out, 0), 0u);
+    // Draw n takes pool i when 2^i divides n.
+    struct Case {
+        uint32_t draw, pools;
+    } cases[] = {{2, 2}, {3, 1}, {4, 3}, {6, 2}, {8, 4}, {12, 3}, {16, 5}, {32, 6}, {64, 7}};
+    uint32_t draw = 1, got = 0;
+    for (const auto& c : cases) {
+        while (draw < c.draw) got = ReseedFromPools(&pools, out, 1), ++draw;
+        EXPECT_EQ(got, 64 * c.pools) << "draw " << c.draw;
+    }
+    EXPECT_EQ(pools.pool[0].serial, 64u);
+    EXPECT_EQ(pools.pool[6].serial, 1u);
+    EXPECT_EQ(ToHex(out + 64 * 6, 64), Sha512Hex({1, 0, 0, 0}));  // drawn pools start afresh
+    // Each source walks the 32 pools on its own.
+    for (int i = 0; i < 33; ++i) AddEvent(&pools, kSourceSystemTime, data.data(), 4);
+    EXPECT_EQ(pools.pool[0].byteCount, 12u);
+    EXPECT_EQ(pools.pool[31].byteCount, 6u);
+    EXPECT_EQ(pools.nextPool[kSourceFreeDisk], 1);
+}
+
+TEST(EntropyPools, UnforcedDrawNeedsBytesAndTime) {
+    static EntropyPools pools;
+    InitPools(&pools);
+    pools.reseedCount = 1;
+    struct Case {
+        uint32_t poolZeroBytes;
+        uint64_t ageMs;
+        uint32_t drawn;
+    } cases[] = {{31, 500, 0}, {32, 500, 128}, {32, 100, 0}, {32, 102, 64}, {5000, 0, 0}};
+    for (const auto& c : cases) {
+        SetLastDraw(&pools, c.ageMs);
+        pools.pool[0].byteCount = c.poolZeroBytes;
+        uint8_t out[kPoolDrawRoom];
+        EXPECT_EQ(ReseedFromPools(&pools, out, 0), c.drawn) << c.poolZeroBytes << "/" << c.ageMs;
+    }
+    // A high half that moved on is enough, whatever the low halves say.
+    pools.lastReseedHigh = 5;
+    pools.lastReseedLow = 0xFFFFFFF0u;
+    EXPECT_TRUE(PoolsReady(&pools, uint64_t(6) << 32));
+    EXPECT_FALSE(PoolsReady(&pools, (uint64_t(5) << 32) | 0xFFFFFFF1u));
+}
+
+TEST(EntropyPools, StirModes) {
+    struct Case {
+        int mode, timeEvents;
+    } cases[] = {{0, 1}, {-2, 1}, {1, 2}, {3, 2}, {-1, 0}, {-3, 0}};
+    for (const auto& c : cases) {
+        const uint8_t before = g_sharedRng.pools.nextPool[kSourceSystemTime];
+        StirEntropy(c.mode);
+        EXPECT_EQ((g_sharedRng.pools.nextPool[kSourceSystemTime] - before + 32) % 32, c.timeEvents) << c.mode;
+    }
+    const uint8_t digits[9] = {'1', '2', '3', '4', '5', '6', '7', '8', '9'};
+    EXPECT_EQ(Crc64Digest(digits, 9), 0x0f5519c6a7079bbbull);
+    EXPECT_EQ(Crc64Digest(digits, 1), 0x8560000000000001ull);
+}
+
+TEST(SeedFileLock, RefusedWhileAnotherHolderHasIt) {
+    char dir[] = "/tmp/verimond_lock_XXXXXX";
+    ASSERT_NE(mkdtemp(dir), nullptr);
+    const std::string path = std::string(dir) + "/seed", original(128, 'k');
+    std::ofstream(path, std::ios::binary) << original;
+    const SeedLockRetry saved = g_seedLockRetry;
+    g_seedLockRetry = {3, 20};
+    DrbgState s{};
+    struct flock fl = {};
+    fl.l_type = F_WRLCK;
+    fl.l_len = 128;
+    // Another descriptor in this very process excludes us, as another process does.
+    int holder = open(path.c_str(), O_RDWR);
+    ASSERT_EQ(fcntl(holder, F_OFD_SETLK, &fl), 0);
+    EXPECT_EQ(SeedFileUpdate(&s, path.c_str(), false), -205);
+    EXPECT_EQ(SeedFileCreate(&s, path.c_str(), nullptr, 0), -205);
+    EXPECT_EQ(ReadAll(path), original);  // a refused lock leaves the file as it was
+    close(holder);
+    int ready[2], go[2];
+    ASSERT_TRUE(pipe(ready) == 0 && pipe(go) == 0);
+    pid_t child = fork();
+    if (child == 0) {
+        char ok = fcntl(open(path.c_str(), O_RDWR), F_OFD_SETLK, &fl) == 0 ? 'y' : 'n';
+        (void)!write(ready[1], &ok, 1);
+        (void)!read(go[0], &ok, 1);  // hold until told to go
+        _exit(0);
+    }
+    char ok = 0;
+    ASSERT_TRUE(read(ready[0], &ok, 1) == 1 && ok == 'y');
+    EXPECT_EQ(SeedFileUpdate(&s, path.c_str(), true), -205);
+    EXPECT_EQ(ReadAll(path), original);
+    (void)!write(go[1], "x", 1);
+    waitpid(child, nullptr, 0);
+    EXPECT_EQ(SeedFileUpdate(&s, path.c_str(), false), 0);
+    EXPECT_NE(ReadAll(path), original);
+    g_seedLockRetry = saved;
+    DrbgUninstantiate(&s);
+    unlink(path.c_str());
+    rmdir(dir);
+}
+
+TEST(ConsolePrompt, AFloodOfOneKeyIsCutOff) {
+    std::string flood(70000, 'z');
+    FILE* in = fmemopen(flood.data(), flood.size(), "r");
+    FILE* out = std::fopen("/dev/null", "w");
+    uint8_t digest[64];
+    EXPECT_EQ(PromptConsoleOn(in, out, digest, 64, 112, nullptr), 0);
+    EXPECT_EQ(ftell(in), 65536);
+    std::fclose(in);
+    std::fclose(out);
+}
+
+TEST(FipsTests, ReportOfAKnownSample) {
+    std::vector<uint8_t> sample(kFipsSampleBytes, 0xAA);
+    FipsResults r;
+    FipsRunTests(sample.data(), &r);
+    char* text = nullptr;
+    size_t size = 0;
+    FILE* f = open_memstream(&text, &size);
+    FipsWriteReport(f, r, sample.data(), "Thu Jan  1 00:00:00 1970\n");
+    std::fclose(f);
+    std::string expected =
+        "FIPS140-2 test for 20000 bits (2500 bytes) at Thu Jan  1 00:00:00 1970\n\n"
+        "1. Monobits test n1 = 10000 (9725 - 10275)\n   Passed Monobits test.\n"
+        "2. Poker test X = 75000.00 (2.16 - 46.17)\n   FAILED! Poker test.\n"
+        "3. Runs test:\n     Run len:   1    2    3    4    5    6+\n"
+        "     Gaps:   9999, 0, 0, 0, 0, 0\n"  // the last run is never closed, so not counted
+        "     Blocks: 10000, 0, 0, 0, 0, 0\n"
+        "     Min:   (2315, 1114, 527, 240, 103, 103)\n"
+        "     Avg:   (2500, 1250, 625, 312, 156, 156)\n"
+        "     Max:   (2685, 1386, 723, 384, 209, 209)\n"
+        "     Pass:      N    N    N    N    N    N\n   FAILED! Runs test.\n"
+        "4. Long runs test: Gmax = 1 Bmax = 1 (26)\n   Passed Long Run test.\n"
+        "FAILED! FIPS140-2 test.\nTest sample was:-\n";
+    for (int line = 0; line < 100; ++line) expected += std::string(50, 'A') + "\n";  // 25 bytes of AA
+    expected += "\n" + std::string(50, '*') + "\n";
+    EXPECT_EQ(std::string(text, size), expected);
+    std::free(text);
+}

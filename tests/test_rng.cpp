@@ -1,0 +1,312 @@
+// The RNG_ family through the public interface.
+#include <gtest/gtest.h>
+#include <cpuid.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <climits>
+#include <cstring>
+#include <functional>
+#include <set>
+#include <sstream>
+#include <thread>
+
+#include "child_process.h"
+#include "vector_reader.h"
+
+namespace {
+int32_t ReseedCounter() { return API_ModuleName(nullptr, 0, 0xFEED); }
+int32_t LiveGenerators() { return API_ModuleName(nullptr, 0, 0xFACE); }
+
+struct TempDir {
+    std::string path;
+    TempDir() {
+        char pattern[] = "/tmp/verimond_rng_XXXXXX";
+        path = mkdtemp(pattern);
+    }
+    ~TempDir() { (void)!std::system(("rm -rf '" + path + "'").c_str()); }
+    std::string File(const char* name) const { return path + "/" + name; }
+};
+
+std::string ReadAll(const std::string& path) {
+    std::ifstream in(path, std::ios::binary);
+    return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
+}
+
+bool IsUpperHex(const std::string& s) { return s.find_first_not_of("0123456789ABCDEF") == std::string::npos; }
+}  // namespace
+
+TEST(RngDrbgvs, AnswersThePublishedSets) {
+    for (const char* file : {"nist-cavp/drbg/HMAC_DRBG_SHA512_pr_false.rsp",
+                             "nist-cavp/drbg/HMAC_DRBG_SHA512_no_reseed.rsp"}) {
+        auto records = ReadVectorFile(file);
+        ASSERT_GT(records.size(), 0u) << file;
+        int index = 0;
+        for (const auto& r : records) {
+            const std::string expected = r.Get("ReturnedBits");
+            std::string v[7] = {r.Get("EntropyInput"), r.Get("Nonce"), r.Get("PersonalizationString"),
+                                r.Get("AdditionalInput", 0), r.Get("EntropyInputReseed"),
+                                r.Get("AdditionalInputReseed"), r.Get("AdditionalInput", 1)};
+            const bool nullForEmpty = index++ % 2 == 1;  // empty inputs as null and as "" by turns
+            auto t = [&](int i) { return v[i].empty() && nullForEmpty ? nullptr : v[i].c_str(); };
+            std::string out(expected.size() + 1, 'x');
+            const int32_t bits = int32_t(std::stol(r.Section("ReturnedBitsLen")));
+            EXPECT_EQ(RNG_TestDRBGVS(out.data(), Len(expected), bits, t(0), t(1), t(2), t(3), t(4), t(5), t(6), 0),
+                      Len(expected))
+                << file << ":" << r.line;
+            EXPECT_EQ(std::string(out.c_str()), expected) << file << ":" << r.line;
+        }
+    }
+}
+
+TEST(RngDrbgvs, SizesBoundsAndOrder) {
+    struct Case {
+        int32_t bits, outputLength;
+        bool realOutput;
+        int32_t result;
+    } cases[] = {{2048, 0, false, 512}, {2048, 0, true, 512},  {1, 10, true, 2},   {12, 10, true, 4},
+                 {2048, 10, true, 10},  {0, 10, true, -6},     {-8, 10, true, -6}, {524289, 0, false, -211}};
+    for (const auto& c : cases) {
+        char out[64] = "untouched";
+        int32_t n = RNG_TestDRBGVS(c.realOutput ? out : nullptr, c.outputLength, c.bits, "00", "01", nullptr, nullptr,
+                                   nullptr, nullptr, nullptr, 0);
+        EXPECT_EQ(n, c.result) << c.bits << "/" << c.outputLength;
+        EXPECT_EQ(API_ErrorCode(), n < 0 ? -n : n);  // every result is latched
+        if (c.realOutput && c.outputLength > 0 && n > 0) EXPECT_EQ(std::strlen(out), size_t(n));
+    }
+    // Generating first moves the reseed; with no reseed texts there is none to move.
+    char a[9], b[9];
+    RNG_TestDRBGVS(a, 8, 32, "00", "", "", "", "11", "", "", 0);
+    RNG_TestDRBGVS(b, 8, 32, "00", "", "", "", "11", "", "", 0x10000);
+    EXPECT_STRNE(a, b);
+    RNG_TestDRBGVS(a, 8, 32, "00", "", "", "", "", "", "", 0);
+    RNG_TestDRBGVS(b, 8, 32, "00", "", "", "", "", "", "", 0x10000);
+    EXPECT_STREQ(a, b);
+}
+
+TEST(RngCalls, ScreeningOrderLimitsAndHexCutting) {
+    static uint8_t buf[65537];
+    static char text[64];
+    const uint8_t seed[300] = {1, 2, 3};
+    struct Case {
+        const char* name;
+        std::function<int32_t()> call;
+        int32_t result;
+        size_t hexChars;  // of text, when not 0
+    } cases[] = {
+        {"bytes null", [] { return RNG_KeyBytes(nullptr, 16, nullptr, 0); }, BAD_PARAM_ERROR, 0},
+        {"bytes negative", [] { return RNG_NonceData(buf, -1); }, BAD_PARAM_ERROR, 0},
+        {"null before size", [] { return RNG_NonceData(nullptr, 65537); }, BAD_PARAM_ERROR, 0},
+        {"bytes too long", [] { return RNG_KeyBytes(buf, 65537, nullptr, 0); }, PRNG_ERR_TOOBIG, 0},
+        {"bytes longest", [] { return RNG_NonceData(buf, 65536); }, 0, 0},
+        {"bytes empty", [] { return RNG_KeyBytes(buf, 0, nullptr, 0); }, 0, 0},
+        {"long seed", [&] { return RNG_KeyBytes(buf, 32, seed, 300); }, 0, 0},
+        {"null seed", [] { return RNG_KeyBytes(buf, 16, nullptr, 4); }, BAD_PARAM_ERROR, 0},
+        {"hex null", [] { return RNG_KeyHex(nullptr, 10, 5, nullptr, 0); }, NULL_ERROR, 0},
+        {"hex no room", [] { return RNG_NonceDataHex(text, 0, 5); }, NULL_ERROR, 0},
+        {"hex null first", [] { return RNG_NonceDataHex(nullptr, 10, 0); }, NULL_ERROR, 0},
+        {"hex count", [] { return RNG_KeyHex(text, 32, 0, nullptr, 0); }, BAD_PARAM_ERROR, 0},
+        {"hex too long", [] { return RNG_NonceDataHex(text, 32, 65537); }, PRNG_ERR_TOOBIG, 0},
+        {"hex cut", [] { return RNG_KeyHex(text, 9, 16, nullptr, 0); }, 0, 8},
+        {"hex whole", [&] { return RNG_KeyHex(text, 40, 16, seed, 3); }, 0, 32},
+        {"nonce hex", [] { return RNG_NonceDataHex(text, 32, 16); }, 0, 32},
+    };
+    for (const auto& c : cases) {
+        std::strcpy(text, "untouched");
+        EXPECT_EQ(c.call(), c.result) << c.name;
+        EXPECT_EQ(API_ErrorCode(), c.result) << c.name;
+        if (c.hexChars != 0) {
+            EXPECT_EQ(std::strlen(text), c.hexChars) << c.name;
+            EXPECT_TRUE(IsUpperHex(text)) << text;
+        }
+    }
+    std::memset(buf, 0x5A, 16);
+    RNG_KeyBytes(buf, 0, nullptr, 0);
+    EXPECT_EQ(buf[0], 0x5A);  // an empty request writes nothing
+}
+
+TEST(RngNumber, StaysInBoundsAndEmptyRangesDrawNothing) {
+    struct Case {
+        int32_t lower, upper;
+    } cases[] = {{0, 1}, {-3, 3}, {INT_MAX - 1, INT_MAX}, {INT_MIN, INT_MIN + 2}, {0, INT_MAX}, {INT_MIN, INT_MAX}};
+    for (const auto& c : cases) {
+        std::set<int32_t> seen;
+        for (int i = 0; i < 300; ++i) {
+            int32_t v = RNG_Number(c.lower, c.upper);
+            ASSERT_TRUE(v >= c.lower && v <= c.upper) << v;
+            seen.insert(v);
+        }
+        int64_t span = int64_t(c.upper) - c.lower + 1;
+        EXPECT_GE(int64_t(seen.size()), span <= 7 ? span : 299) << c.lower << ".." << c.upper;
+        if (span > 7 && c.lower == INT_MIN) EXPECT_TRUE(*seen.begin() < 0 && *seen.rbegin() > 0);
+    }
+    RNG_NonceData(nullptr, 4);
+    ASSERT_EQ(API_ErrorCode(), BAD_PARAM_ERROR);
+    const int32_t counter = ReseedCounter();
+    EXPECT_EQ(RNG_Number(5, 5), 5);
+    EXPECT_EQ(RNG_Number(9, 5), 9);
+    EXPECT_EQ(ReseedCounter(), counter);
+    EXPECT_EQ(API_ErrorCode(), 0);  // entered, but a number is never latched
+}
+
+TEST(RngThreads, ManyThreadsDrawFromTheirOwnGenerators) {
+    constexpr int kThreads = 12, kDraws = 40;
+    const int32_t liveBefore = LiveGenerators();
+    std::atomic<int> arrived{0}, liveSeen{0};
+    std::atomic<bool> release{false};
+    std::vector<std::string> outputs[kThreads];
+    int32_t addresses[kThreads], counters[kThreads][2];
+    std::vector<std::thread> threads;
+    for (int t = 0; t < kThreads; ++t) {
+        threads.emplace_back([&, t] {
+            counters[t][0] = ReseedCounter();  // nothing until the first request
+            uint8_t buf[32];
+            for (int i = 0; i < kDraws && RNG_KeyBytes(buf, 32, nullptr, 0) == 0; ++i) {
+                outputs[t].push_back(ToHex(buf, 32));
+                if (i == 0) counters[t][1] = ReseedCounter();
+            }
+            addresses[t] = API_ModuleName(nullptr, 0, 0xFACADE);
+            if (++arrived == kThreads) liveSeen = LiveGenerators();
+            while (!release) std::this_thread::yield();
+        });
+    }
+    while (arrived < kThreads) std::this_thread::yield();
+    release = true;
+    for (auto& t : threads) t.join();
+    std::set<std::string> all;
+    for (int t = 0; t < kThreads; ++t) {
+        EXPECT_EQ(counters[t][0], 0);
+        EXPECT_TRUE(counters[t][1] >= 1 && counters[t][1] < 10) << counters[t][1];
+        ASSERT_EQ(outputs[t].size(), size_t(kDraws));
+        all.insert(outputs[t].begin(), outputs[t].end());
+    }
+    EXPECT_EQ(all.size(), size_t(kThreads * kDraws));
+    EXPECT_EQ(std::set<int32_t>(addresses, addresses + kThreads).size(), size_t(kThreads));
+    EXPECT_GE(liveSeen.load(), liveBefore + kThreads);
+    EXPECT_EQ(LiveGenerators(), liveBefore);  // a thread's end wipes and counts out its generator
+}
+
+TEST(RngSeedFile, EdgeCases) {
+    TempDir dir;
+    const std::string made = dir.File("made"), fifo = dir.File("fifo");
+    // Making a seed file prompts, so standard input is closed here.
+    ASSERT_EQ(RunInChild(nullptr, [&] { return -RNG_MakeSeedFile(made.c_str(), nullptr, 0); }).exitCode, 0);
+    struct stat info;
+    ASSERT_EQ(stat(made.c_str(), &info), 0);
+    EXPECT_EQ(info.st_size, 128);
+    EXPECT_EQ(info.st_mode & 0777, 0600u);
+    ASSERT_EQ(mkfifo(fifo.c_str(), 0600), 0);
+    const std::string tail(72, 't');
+    struct Case {
+        const char* name;
+        bool write;  // write `before` first
+        std::string before;
+        bool initialize;  // RNG_Initialize creates a missing file
+        int32_t result;
+        size_t sizeAfter;
+    } cases[] = {
+        {"made", false, "", false, 0, 128},
+        {"short", true, "0123456789", false, 0, 128},
+        {"long", true, std::string(128, 'L') + tail, false, 0, 200},
+        {"empty", true, "", false, 0, 128},
+        {"missing", false, "", false, -PRNG_ERR_FILE_OPEN, 0},
+        {"created", false, "", true, 0, 128},
+        {"", false, "", false, -BAD_PARAM_ERROR, 0},
+        {"fifo", false, "", false, -PRNG_ERR_FILE_OPEN, 0},  // refused, not waited on
+        {"fifo", false, "", true, -PRNG_ERR_FILE_CREATE, 0},
+    };
+    for (const auto& c : cases) {
+        const std::string path = *c.name ? dir.File(c.name) : "";
+        if (c.write) std::ofstream(path, std::ios::binary) << c.before;
+        const std::string before = c.write || c.result != 0 || c.initialize ? c.before : ReadAll(path);
+        EXPECT_EQ(c.initialize ? RNG_Initialize(path.c_str(), 0) : RNG_UpdateSeedFile(path.c_str(), 0), c.result)
+            << c.name;
+        if (c.result != 0) {
+            if (!c.initialize && std::string(c.name) == "missing") EXPECT_NE(access(path.c_str(), F_OK), 0);
+            continue;
+        }
+        const std::string after = ReadAll(path);
+        EXPECT_EQ(after.size(), c.sizeAfter) << c.name;
+        EXPECT_NE(after.substr(0, 128), before.substr(0, 128)) << c.name;
+        if (c.sizeAfter == 200) EXPECT_EQ(after.substr(128), tail);  // bytes beyond the seed stay
+    }
+    EXPECT_EQ(RNG_UpdateSeedFile(nullptr, 0), -BAD_PARAM_ERROR);
+    EXPECT_EQ(RNG_UpdateSeedFile(dir.path.c_str(), 0), -PRNG_ERR_FILE_OPEN);
+    EXPECT_EQ(RNG_MakeSeedFile("", "refused before any prompt", 0), -BAD_PARAM_ERROR);
+    EXPECT_EQ(RunInChild(nullptr, [&] { return -RNG_MakeSeedFile(dir.path.c_str(), nullptr, 0); }).exitCode,
+              PRNG_ERR_FILE_CREATE);
+}
+
+TEST(RngPrompt, PipedAndClosedInput) {
+    // Alternating keys earn 0.75 bits each; one progress line is printed per key read.
+    std::string alternating, sameKey(5000, 'x');
+    for (int i = 0; i < 250; ++i) alternating += "ab";
+    const char* kDefault = "Please hit random keys then Enter until you reach 100%:\n";
+    struct Case {
+        const std::string* input;
+        const char* prompt;
+        int32_t options;
+        size_t progressLines;
+        const char* start;
+    } cases[] = {
+        {&alternating, "Type now:", 0, 150, "Type now:\n\r0%"},
+        {&alternating, "Type now:", 1, 171, "Type now:\n\r0%"},
+        {&alternating, nullptr, 3 | OPT_RNG_NO_PROMPT, 342, kDefault},
+        {&sameKey, "", 2, 5001, kDefault},  // no credit; the end of input ends it
+        {nullptr, nullptr, 0, 1, kDefault},
+    };
+    for (const auto& c : cases) {
+        ChildResult r = RunInChild(c.input, [&] {
+            char hex[65];
+            int32_t result = RNG_HexWithPrompt(hex, 64, 32, c.prompt, c.options);
+            return result == 0 && std::strlen(hex) == 64 ? 0 : 1;
+        });
+        EXPECT_EQ(r.exitCode, 0) << r.output.substr(0, 200);
+        EXPECT_EQ(r.output.rfind(c.start, 0), 0u) << r.output.substr(0, 40);
+        EXPECT_EQ(size_t(std::count(r.output.begin(), r.output.end(), '\r')), c.progressLines) << c.options;
+        EXPECT_EQ(r.output.find("\r100%"), std::string::npos);
+        EXPECT_EQ(r.output.back(), '\n');
+    }
+    ChildResult refused = RunInChild(nullptr, [] {
+        uint8_t buf[8];
+        return RNG_BytesWithPrompt(nullptr, 8, nullptr, 0) + RNG_BytesWithPrompt(buf, 65537, nullptr, 0);
+    });
+    EXPECT_EQ(refused.exitCode, BAD_PARAM_ERROR + PRNG_ERR_TOOBIG);
+    EXPECT_EQ(refused.output, "");  // refused before any prompt
+}
+
+TEST(RngTest, ReportAndResults) {
+    TempDir dir;
+    const std::string path = dir.File("report.txt");
+    const int32_t result = RNG_Test(path.c_str());
+    ASSERT_TRUE(result == 0 || result == 1) << result;
+    EXPECT_EQ(API_ErrorCode(), result);  // a failed statistic latches 1
+    std::istringstream in(ReadAll(path));
+    std::vector<std::string> lines;
+    for (std::string line; std::getline(in, line);) lines.push_back(line);
+    ASSERT_EQ(lines.size(), 121u);  // 19 lines of results, 100 of sample, a blank line and the rule
+    EXPECT_EQ(lines[0].rfind("FIPS140-2 test for 20000 bits (2500 bytes) at ", 0), 0u);
+    EXPECT_EQ(lines[17], result == 0 ? "Passed FIPS140-2 test." : "FAILED! FIPS140-2 test.");
+    for (int i = 19; i < 119; ++i) EXPECT_TRUE(lines[i].size() == 50 && IsUpperHex(lines[i])) << lines[i];
+    EXPECT_EQ(lines[120], std::string(50, '*'));
+    EXPECT_LE(RNG_Test(nullptr), 1);
+    EXPECT_EQ(RNG_Test("/nonexistent-dir/report.txt"), -PRNG_ERR_FILE_CREATE);
+    EXPECT_EQ(API_ErrorCode(), PRNG_ERR_FILE_CREATE);
+}
+
+TEST(RngInitialize, HardwareAnswerAndSwitchOff) {
+    unsigned a, b, c, d;
+    __cpuid(0, a, b, c, d);
+    const bool intel = b == 0x756e6547 && d == 0x49656e69 && c == 0x6c65746e;  // "GenuineIntel"
+    const int32_t r = RNG_Initialize(nullptr, 0);
+    EXPECT_TRUE(intel ? (r >= 1 && r <= 3) || r == -PRNG_ERR_NOTAVAIL : r == -PRNG_ERR_NOTAVAIL) << r;
+    // The switch holds for every thread for the rest of the process: try it in a child.
+    ChildResult child = RunInChild(nullptr, [] {
+        int32_t first = RNG_Initialize("", OPT_RNG_NO_INTEL_DRBG), later = 0;
+        std::thread([&] { later = RNG_Initialize(nullptr, 0); }).join();
+        uint8_t buf[1];
+        return first == -PRNG_ERR_NOTAVAIL && later == first && RNG_KeyBytes(buf, 0, nullptr, 0) == 0 ? 0 : 1;
+    });
+    EXPECT_EQ(child.exitCode, 0);
+}
