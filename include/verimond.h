@@ -468,7 +468,39 @@ VERIMOND_API int32_t RNG_TestDRBGVS(char *output, int32_t outputLength, int32_t 
 
 /* ---- ZLIB_, COMPR_ ---- */
 
+/* zlib stream (RFC 1950) of input: its length. A null output or a length of
+   0 asks for the exact size, which costs a full compression. Only failures
+   are latched. */
+VERIMOND_API int32_t ZLIB_Deflate(unsigned char *output, int32_t outputLength,
+                                  const unsigned char *input, int32_t inputLength);
+/* Restores a zlib stream: the byte count. Corrupt or truncated input gives
+   -INVALID_DATA_ERROR, a short output -SHORT_BUF_ERROR. Only failures latched. */
+VERIMOND_API int32_t ZLIB_Inflate(unsigned char *output, int32_t outputLength,
+                                  const unsigned char *input, int32_t inputLength);
+/* options OPT_COMPR_ZLIB or OPT_COMPR_ZSTD (low four bits, others give
+   -BAD_FLAG_ERROR): the compressed length. Every result is latched, the
+   length too. A query costs the whole work. */
+VERIMOND_API int32_t COMPR_Compress(unsigned char *output, int32_t outputLength,
+                                    const unsigned char *input, int32_t inputLength,
+                                    int32_t options);
+/* The restored length. Zstandard frames must store their content size
+   (else -INVALID_DATA_ERROR); a header that is not one gives
+   -BAD_FORMAT_ERROR. Every result is latched. */
+VERIMOND_API int32_t COMPR_Uncompress(unsigned char *output, int32_t outputLength,
+                                      const unsigned char *input, int32_t inputLength,
+                                      int32_t options);
+
 /* ---- CRC_ ---- */
+
+/* CRC-32 (zlib's) of the bytes, as a signed value. A result of 0 also sets
+   BAD_PARAM_ERROR in the latch, whether a failure or a true CRC of 0 (empty
+   data). options are not used. */
+VERIMOND_API int32_t CRC_Bytes(const unsigned char *data, int32_t length, int32_t options);
+/* CRC-32 of the text up to its NUL; 0 latches BAD_PARAM_ERROR as above. */
+VERIMOND_API int32_t CRC_String(const char *text, int32_t options);
+/* CRC-32 of the file's bytes; 0 (unopenable, unreadable or empty file)
+   latches OPEN_ERROR. */
+VERIMOND_API int32_t CRC_File(const char *fileName, int32_t options);
 
 /* ---- WIPE_ ---- */
 

@@ -1,0 +1,57 @@
+// Runs a piece of a test in a forked child, for what ends the process
+// (fatal reports, a refused load) or needs other credentials. The child's
+// reports go to a fresh directory: an options file names it as the log
+// directory, and standard error is sent to a file there.
+#pragma once
+#include <fcntl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+#include <functional>
+#include <sstream>
+#include <string>
+
+struct ChildOutcome {
+    int exitStatus = -1;  // -1 when the child did not exit normally
+    std::string console;  // what it wrote to standard error
+    std::string log;      // the apierr.log it left, if any
+};
+
+inline std::string ReadWholeFile(const std::string& path) {
+    std::ifstream in(path, std::ios::binary);
+    std::ostringstream s;
+    s << in.rdbuf();
+    return s.str();
+}
+
+// body's result is the child's exit status.
+inline ChildOutcome RunInChild(const std::function<int()>& body) {
+    ChildOutcome outcome;
+    char dir[] = "/tmp/verimond_childXXXXXX";
+    if (mkdtemp(dir) == nullptr) return outcome;
+    std::string base(dir);
+    {
+        std::ofstream options(base + "/options");
+        options << "ErrorLogDir=" << base << "\n";
+    }
+    std::fflush(nullptr);
+    pid_t child = fork();
+    if (child == 0) {
+        setenv("VERIMOND_OPTIONS", (base + "/options").c_str(), 1);
+        int fd = open((base + "/stderr").c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
+        if (fd < 0 || dup2(fd, 2) < 0) _exit(99);
+        _exit(body());
+    }
+    int status = 0;
+    if (child > 0 && waitpid(child, &status, 0) == child && WIFEXITED(status)) {
+        outcome.exitStatus = WEXITSTATUS(status);
+    }
+    outcome.console = ReadWholeFile(base + "/stderr");
+    outcome.log = ReadWholeFile(base + "/apierr.log");
+    for (const char* name : {"/options", "/stderr", "/apierr.log"}) unlink((base + name).c_str());
+    rmdir(dir);
+    return outcome;
+}
