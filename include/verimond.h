@@ -504,6 +504,14 @@ VERIMOND_API int32_t CRC_File(const char *fileName, int32_t options);
 
 /* ---- WIPE_ ---- */
 
+/* Zeroes length bytes in place: 0, NULL_ERROR, or BAD_PARAM_ERROR for a
+   length of 0 or less. */
+VERIMOND_API int32_t WIPE_Data(unsigned char *data, int32_t length);
+/* Overwrites the file (nine passes, each committed to disk, two verified;
+   OPT_WIPE_FAST: zeros and a check), truncates and removes it: 0,
+   NULL_ERROR, OPEN_ERROR (file untouched) or WIPE_ERROR. */
+VERIMOND_API int32_t WIPE_File(const char *fileName, int32_t options);
+
 #ifdef __cplusplus
 }
 #endif
