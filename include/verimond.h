@@ -223,6 +223,15 @@ VERIMOND_API int32_t CNV_B64Filter(char *output, const char *input, int32_t inpu
 
 /* ---- Text and path conversion (CNV_Utf8FromWide, CNV_ShortPathName) ---- */
 
+/* UTF-8 of a zero-ended 16-bit text: the byte count without the NUL. A
+   surrogate unit gives -ENCODING_ERROR (also in a query); a short output
+   -SHORT_BUF_ERROR with nothing written. No frame: nothing is latched. */
+VERIMOND_API int32_t CNV_Utf8FromWide(char *output, int32_t outputLength, const uint16_t *wideText);
+/* The path in UTF-8 (there are no short names here); the file must exist,
+   else -1. A query returns the size WITH the NUL, so outputLength must be at
+   least that; the real call returns the count without it. Nothing latched. */
+VERIMOND_API int32_t CNV_ShortPathName(char *output, int32_t outputLength, const uint16_t *widePath);
+
 /* ------------------------------------------------------------------------ */
 /* Digests (HASH_), style B.                                                 */
 /* ------------------------------------------------------------------------ */
