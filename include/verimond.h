@@ -393,7 +393,51 @@ VERIMOND_API int32_t MD5_HmacHex(char *digestHex, const char *dataHex, const cha
 
 /* ---- CIPHER_Stream... ---- */
 
+/* Stream options: OPT_STREAM_ARCFOUR (key 1+ bytes, no IV), OPT_STREAM_SALSA20
+   (key 16/32, IV exactly 8, always from block 0), OPT_STREAM_CHACHA20 (key
+   16/32, IV 8, 12 or 16; counter is the first block number, unused with a
+   16-byte IV). Only the low four bits of options count. Every call works both
+   ways; out holds inlen bytes and may equal input. */
+
+/* 0 or a negative code; ARCFOUR gives +6 for a bad length or absent key, and
+   a Salsa20 IV that is absent or not 8 bytes gives -51. */
+VERIMOND_API int32_t CIPHER_StreamBytes(unsigned char *out, const unsigned char *input, int32_t inlen,
+                                        const unsigned char *key, int32_t keylen,
+                                        const unsigned char *iv, int32_t ivlen, uint32_t counter,
+                                        int32_t options);
+/* 0 or a negative code (not a length): upper-case hex of the result, cut at
+   whole bytes to outHexLen characters; there is no size query. */
+VERIMOND_API int32_t CIPHER_StreamHex(char *outHex, int32_t outHexLen, const char *inputHex,
+                                      const char *keyHex, const char *ivHex, uint32_t counter,
+                                      int32_t options);
+/* 0 or a negative code. The output file holds the bare cipher stream; uses
+   (and so ends) the thread's CIPHER_StreamInit context. */
+VERIMOND_API int32_t CIPHER_StreamFile(const char *outFile, const char *inFile,
+                                       const unsigned char *key, int32_t keylen,
+                                       const unsigned char *iv, int32_t ivlen, uint32_t counter,
+                                       int32_t options);
+/* A handle, or 0 with the reason in API_ErrorCode(). One stream per thread. */
+VERIMOND_API int32_t CIPHER_StreamInit(const unsigned char *key, int32_t keylen,
+                                       const unsigned char *iv, int32_t ivlen, uint32_t counter,
+                                       int32_t options);
+/* 0 or a negative code; the output does not depend on how the message is cut.
+   Absent buffers are reported (-NULL_ERROR) before a bad handle. */
+VERIMOND_API int32_t CIPHER_StreamUpdate(int32_t handle, unsigned char *out,
+                                         const unsigned char *input, int32_t inlen);
+/* 0 or -INVALID_HANDLE_ERROR; wipes the context. */
+VERIMOND_API int32_t CIPHER_StreamFinal(int32_t handle);
+
 /* ---- PC1_ ---- */
+
+/* ARCFOUR under its own name (style A): 0 or a positive code. */
+VERIMOND_API int32_t PC1_Bytes(unsigned char *out, const unsigned char *input, int32_t inlen,
+                               const unsigned char *key, int32_t keylen);
+/* 0, or OPEN_ERROR, CREATE_ERROR, WRITE_ERROR, BAD_PARAM_ERROR (key length
+   below 1). */
+VERIMOND_API int32_t PC1_File(const char *outFile, const char *inFile, const unsigned char *key,
+                              int32_t keylen);
+/* 0 or a positive code; upper-case hex cut to outHexLen characters. */
+VERIMOND_API int32_t PC1_Hex(char *outHex, int32_t outHexLen, const char *inputHex, const char *keyHex);
 
 /* ------------------------------------------------------------------------ */
 /* Authenticated encryption.                                                 */
