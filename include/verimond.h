@@ -447,6 +447,42 @@ VERIMOND_API int32_t PC1_Hex(char *outHex, int32_t outHexLen, const char *inputH
 
 /* ---- GCM_ ---- */
 
+/* AES-GCM with 16, 24 or 32-byte keys, IVs of any non-zero length and tags of
+   4 to 16 bytes. options is reserved. */
+
+/* 0 or a negative code; writes min(taglen, 16) tag bytes. */
+VERIMOND_API int32_t GCM_Encrypt(unsigned char *out, int32_t outlen, unsigned char *tag, int32_t taglen,
+                                 const unsigned char *input, int32_t inlen,
+                                 const unsigned char *key, int32_t keylen,
+                                 const unsigned char *iv, int32_t ivlen,
+                                 const unsigned char *aad, int32_t aadlen, int32_t options);
+/* 0 or a negative code. The tag is checked before anything is written, so out
+   is untouched on -AUTH_FAIL_ERROR; no out verifies only. A taglen of 0
+   compares nothing and succeeds. */
+VERIMOND_API int32_t GCM_Decrypt(unsigned char *out, int32_t outlen,
+                                 const unsigned char *input, int32_t inlen,
+                                 const unsigned char *key, int32_t keylen,
+                                 const unsigned char *iv, int32_t ivlen,
+                                 const unsigned char *aad, int32_t aadlen,
+                                 const unsigned char *tag, int32_t taglen, int32_t options);
+/* A key handle for any number of messages, or 0 with the reason latched. */
+VERIMOND_API int32_t GCM_InitKey(const unsigned char *key, int32_t keylen, int32_t options);
+/* As GCM_Encrypt under the handle's key; a bad handle gives +64 (positive). */
+VERIMOND_API int32_t GCM_NextEncrypt(int32_t handle, unsigned char *out, int32_t outlen,
+                                     unsigned char *tag, int32_t taglen,
+                                     const unsigned char *input, int32_t inlen,
+                                     const unsigned char *iv, int32_t ivlen,
+                                     const unsigned char *aad, int32_t aadlen);
+/* As GCM_Decrypt under the handle's key, but out is required; a bad handle
+   gives +64. */
+VERIMOND_API int32_t GCM_NextDecrypt(int32_t handle, unsigned char *out, int32_t outlen,
+                                     const unsigned char *input, int32_t inlen,
+                                     const unsigned char *iv, int32_t ivlen,
+                                     const unsigned char *aad, int32_t aadlen,
+                                     const unsigned char *tag, int32_t taglen);
+/* 0, or +64 for a bad handle; wipes the key. */
+VERIMOND_API int32_t GCM_FinishKey(int32_t handle);
+
 /* ------------------------------------------------------------------------ */
 /* Random numbers (RNG_).                                                    */
 /* ------------------------------------------------------------------------ */
