@@ -445,6 +445,63 @@ VERIMOND_API int32_t PC1_Hex(char *outHex, int32_t outHexLen, const char *inputH
 
 /* ---- AEAD_ ---- */
 
+/* Algorithms by the low byte of options: OPT_AEAD_AES_128_GCM,
+   OPT_AEAD_AES_256_GCM, OPT_AEAD_CHACHA20_POLY1305 (12-byte nonce, 16-byte
+   tag), OPT_AEAD_ASCON_128 and _128A (16-byte key and nonce; WithTag calls
+   only). */
+
+/* 0 or a negative code. Writes the ciphertext and 16 tag bytes; the tag
+   buffer (at least 16) is zeroed first, also when the call fails. */
+VERIMOND_API int32_t AEAD_Encrypt(unsigned char *out, int32_t outlen, unsigned char *tag, int32_t taglen,
+                                  const unsigned char *input, int32_t inlen,
+                                  const unsigned char *key, int32_t keylen,
+                                  const unsigned char *nonce, int32_t noncelen,
+                                  const unsigned char *aad, int32_t aadlen, int32_t options);
+/* 0 or a negative code; a tag of 4 to 16 bytes. After -AUTH_FAIL_ERROR out is
+   untouched for AES-GCM but holds the unauthenticated plaintext for
+   ChaCha20-Poly1305. No out (or, for AES-GCM, outlen 0) verifies only. */
+VERIMOND_API int32_t AEAD_Decrypt(unsigned char *out, int32_t outlen,
+                                  const unsigned char *input, int32_t inlen,
+                                  const unsigned char *key, int32_t keylen,
+                                  const unsigned char *nonce, int32_t noncelen,
+                                  const unsigned char *aad, int32_t aadlen,
+                                  const unsigned char *tag, int32_t taglen, int32_t options);
+/* Bytes written (or needed, with no out or outlen 0): [nonce with
+   OPT_PREFIX_IV] ciphertext tag(16). Negative code on failure. */
+VERIMOND_API int32_t AEAD_EncryptWithTag(unsigned char *out, int32_t outlen,
+                                         const unsigned char *input, int32_t inlen,
+                                         const unsigned char *key, int32_t keylen,
+                                         const unsigned char *nonce, int32_t noncelen,
+                                         const unsigned char *aad, int32_t aadlen, int32_t options);
+/* Plaintext bytes (or needed), or a negative code. After -AUTH_FAIL_ERROR the
+   plaintext length of out is zero for Ascon, untouched for AES-GCM, and holds
+   unauthenticated plaintext for ChaCha20-Poly1305. */
+VERIMOND_API int32_t AEAD_DecryptWithTag(unsigned char *out, int32_t outlen,
+                                         const unsigned char *input, int32_t inlen,
+                                         const unsigned char *key, int32_t keylen,
+                                         const unsigned char *nonce, int32_t noncelen,
+                                         const unsigned char *aad, int32_t aadlen, int32_t options);
+/* A handle, or 0 with the reason latched; a key of the wrong length for
+   AES-GCM or ChaCha20-Poly1305 returns -BAD_KEY_LEN_ERROR itself, unlatched.
+   One context per thread; the key survives each Finish. */
+VERIMOND_API int32_t AEAD_InitKey(const unsigned char *key, int32_t keylen, int32_t options);
+/* The calls below give 0 or a negative code; -MISUSE_ERROR out of sequence:
+   SetNonce, AddAAD*, StartEncrypt|StartDecrypt, Update*, Finish... */
+VERIMOND_API int32_t AEAD_SetNonce(int32_t handle, const unsigned char *nonce, int32_t noncelen);
+VERIMOND_API int32_t AEAD_AddAAD(int32_t handle, const unsigned char *aad, int32_t aadlen);
+VERIMOND_API int32_t AEAD_StartEncrypt(int32_t handle);
+/* The expected tag, 4 bytes or more; only its first 16 count. */
+VERIMOND_API int32_t AEAD_StartDecrypt(int32_t handle, const unsigned char *tag, int32_t taglen);
+/* While decrypting, an absent out only authenticates the input. */
+VERIMOND_API int32_t AEAD_Update(int32_t handle, unsigned char *out, int32_t outlen,
+                                 const unsigned char *input, int32_t inlen);
+/* Writes 16 tag bytes (taglen at least 16). */
+VERIMOND_API int32_t AEAD_FinishEncrypt(int32_t handle, unsigned char *tag, int32_t taglen);
+/* -AUTH_FAIL_ERROR on a bad tag; the plaintext already handed out by Update
+   is not recalled. */
+VERIMOND_API int32_t AEAD_FinishDecrypt(int32_t handle);
+VERIMOND_API int32_t AEAD_Destroy(int32_t handle);
+
 /* ---- GCM_ ---- */
 
 /* AES-GCM with 16, 24 or 32-byte keys, IVs of any non-zero length and tags of
