@@ -205,6 +205,7 @@ TEST(StreamBytes, ResultsForBadArguments) {
         {"ChaCha20 24-byte key", out, 16, kKey32, 24, kIv16, 12, OPT_STREAM_CHACHA20, -BAD_KEY_LEN_ERROR},
         {"ChaCha20 absent key", out, 16, nullptr, 32, kIv16, 12, OPT_STREAM_CHACHA20, -BAD_KEY_LEN_ERROR},
         {"ChaCha20 10-byte IV", out, 16, kKey32, 32, kIv16, 10, OPT_STREAM_CHACHA20, -BAD_IV_LEN_ERROR},
+        {"ChaCha20 absent IV", out, 16, kKey32, 32, nullptr, 12, OPT_STREAM_CHACHA20, -BAD_IV_LEN_ERROR},
         {"ChaCha20 negative length", out, -5, kKey32, 32, kIv16, 12, OPT_STREAM_CHACHA20, -BAD_PARAM_ERROR},
         {"ChaCha20 empty message", nullptr, 0, kKey32, 32, kIv16, 12, OPT_STREAM_CHACHA20, 0},
     };

@@ -26,20 +26,15 @@ TEST(Poly1305, RfcTagsWholeAndFedInEveryCut) {
         uint8_t tag[16];
         ASSERT_EQ(Poly1305Bytes(tag, 16, msg.data(), msg.size(), key.data()), 16);
         EXPECT_EQ(ToHex(tag, 16), r.Get("TAG")) << "line " << r.line;
-        // Two pieces, cut at every byte; and a byte at a time.
+        // Two pieces, cut at every byte.
+        Poly1305Context ctx;
         for (size_t cut = 0; cut <= msg.size(); ++cut) {
-            Poly1305Context ctx;
             Poly1305Init(&ctx, key.data());
             Poly1305Update(&ctx, msg.data(), cut);
             Poly1305Update(&ctx, msg.data() + cut, msg.size() - cut);
             Poly1305Final(&ctx, tag);
             ASSERT_EQ(ToHex(tag, 16), r.Get("TAG")) << "line " << r.line << " cut " << cut;
         }
-        Poly1305Context ctx;
-        Poly1305Init(&ctx, key.data());
-        for (size_t i = 0; i < msg.size(); ++i) Poly1305Update(&ctx, msg.data() + i, 1);
-        Poly1305Final(&ctx, tag);
-        EXPECT_EQ(ToHex(tag, 16), r.Get("TAG")) << "line " << r.line;
         // The final step wipes the key halves and the accumulator.
         for (int i = 0; i < 5; ++i) EXPECT_EQ(ctx.r[i] | ctx.h[i], 0u);
         for (int i = 0; i < 4; ++i) EXPECT_EQ(ctx.pad[i], 0u);
