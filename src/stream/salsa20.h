@@ -1,4 +1,4 @@
-// Salsa20/20 (Bernstein, "Salsa20 specification"), 8-byte nonce, 64-bit
+// Salsa20/20 as its designer published it (2005), 8-byte nonce, 64-bit
 // block counter from 0. Portable and constant-time.
 #pragma once
 #include <cstddef>
