@@ -402,7 +402,51 @@ VERIMOND_API int32_t MD5_HmacHex(char *digestHex, const char *dataHex, const cha
 
 /* ---- CIPHER_Stream... ---- */
 
+/* Stream options: OPT_STREAM_ARCFOUR (key 1+ bytes, no IV), OPT_STREAM_SALSA20
+   (key 16/32, IV exactly 8, always from block 0), OPT_STREAM_CHACHA20 (key
+   16/32, IV 8, 12 or 16; counter is the first block number, unused with a
+   16-byte IV). Only the low four bits of options count. Every call works both
+   ways; out holds inlen bytes and may equal input. */
+
+/* 0 or a negative code; ARCFOUR gives +6 for a bad length or absent key, and
+   a Salsa20 IV that is absent or not 8 bytes gives -51. */
+VERIMOND_API int32_t CIPHER_StreamBytes(unsigned char *out, const unsigned char *input, int32_t inlen,
+                                        const unsigned char *key, int32_t keylen,
+                                        const unsigned char *iv, int32_t ivlen, uint32_t counter,
+                                        int32_t options);
+/* 0 or a negative code (not a length): upper-case hex of the result, cut at
+   whole bytes to outHexLen characters; there is no size query. */
+VERIMOND_API int32_t CIPHER_StreamHex(char *outHex, int32_t outHexLen, const char *inputHex,
+                                      const char *keyHex, const char *ivHex, uint32_t counter,
+                                      int32_t options);
+/* 0 or a negative code. The output file holds the bare cipher stream; uses
+   (and so ends) the thread's CIPHER_StreamInit context. */
+VERIMOND_API int32_t CIPHER_StreamFile(const char *outFile, const char *inFile,
+                                       const unsigned char *key, int32_t keylen,
+                                       const unsigned char *iv, int32_t ivlen, uint32_t counter,
+                                       int32_t options);
+/* A handle, or 0 with the reason in API_ErrorCode(). One stream per thread. */
+VERIMOND_API int32_t CIPHER_StreamInit(const unsigned char *key, int32_t keylen,
+                                       const unsigned char *iv, int32_t ivlen, uint32_t counter,
+                                       int32_t options);
+/* 0 or a negative code; the output does not depend on how the message is cut.
+   Absent buffers are reported (-NULL_ERROR) before a bad handle. */
+VERIMOND_API int32_t CIPHER_StreamUpdate(int32_t handle, unsigned char *out,
+                                         const unsigned char *input, int32_t inlen);
+/* 0 or -INVALID_HANDLE_ERROR; wipes the context. */
+VERIMOND_API int32_t CIPHER_StreamFinal(int32_t handle);
+
 /* ---- PC1_ ---- */
+
+/* ARCFOUR under its own name (style A): 0 or a positive code. */
+VERIMOND_API int32_t PC1_Bytes(unsigned char *out, const unsigned char *input, int32_t inlen,
+                               const unsigned char *key, int32_t keylen);
+/* 0, or OPEN_ERROR, CREATE_ERROR, WRITE_ERROR, BAD_PARAM_ERROR (key length
+   below 1). */
+VERIMOND_API int32_t PC1_File(const char *outFile, const char *inFile, const unsigned char *key,
+                              int32_t keylen);
+/* 0 or a positive code; upper-case hex cut to outHexLen characters. */
+VERIMOND_API int32_t PC1_Hex(char *outHex, int32_t outHexLen, const char *inputHex, const char *keyHex);
 
 /* ------------------------------------------------------------------------ */
 /* Authenticated encryption.                                                 */
@@ -410,7 +454,100 @@ VERIMOND_API int32_t MD5_HmacHex(char *digestHex, const char *dataHex, const cha
 
 /* ---- AEAD_ ---- */
 
+/* Algorithms by the low byte of options: OPT_AEAD_AES_128_GCM,
+   OPT_AEAD_AES_256_GCM, OPT_AEAD_CHACHA20_POLY1305 (12-byte nonce, 16-byte
+   tag), OPT_AEAD_ASCON_128 and _128A (16-byte key and nonce; WithTag calls
+   only). */
+
+/* 0 or a negative code. Writes the ciphertext and 16 tag bytes; the tag
+   buffer (at least 16) is zeroed first, also when the call fails. */
+VERIMOND_API int32_t AEAD_Encrypt(unsigned char *out, int32_t outlen, unsigned char *tag, int32_t taglen,
+                                  const unsigned char *input, int32_t inlen,
+                                  const unsigned char *key, int32_t keylen,
+                                  const unsigned char *nonce, int32_t noncelen,
+                                  const unsigned char *aad, int32_t aadlen, int32_t options);
+/* 0 or a negative code; a tag of 4 to 16 bytes. After -AUTH_FAIL_ERROR out is
+   untouched for AES-GCM but holds the unauthenticated plaintext for
+   ChaCha20-Poly1305. No out (or, for AES-GCM, outlen 0) verifies only. */
+VERIMOND_API int32_t AEAD_Decrypt(unsigned char *out, int32_t outlen,
+                                  const unsigned char *input, int32_t inlen,
+                                  const unsigned char *key, int32_t keylen,
+                                  const unsigned char *nonce, int32_t noncelen,
+                                  const unsigned char *aad, int32_t aadlen,
+                                  const unsigned char *tag, int32_t taglen, int32_t options);
+/* Bytes written (or needed, with no out or outlen 0): [nonce with
+   OPT_PREFIX_IV] ciphertext tag(16). Negative code on failure. */
+VERIMOND_API int32_t AEAD_EncryptWithTag(unsigned char *out, int32_t outlen,
+                                         const unsigned char *input, int32_t inlen,
+                                         const unsigned char *key, int32_t keylen,
+                                         const unsigned char *nonce, int32_t noncelen,
+                                         const unsigned char *aad, int32_t aadlen, int32_t options);
+/* Plaintext bytes (or needed), or a negative code. After -AUTH_FAIL_ERROR the
+   plaintext length of out is zero for Ascon, untouched for AES-GCM, and holds
+   unauthenticated plaintext for ChaCha20-Poly1305. */
+VERIMOND_API int32_t AEAD_DecryptWithTag(unsigned char *out, int32_t outlen,
+                                         const unsigned char *input, int32_t inlen,
+                                         const unsigned char *key, int32_t keylen,
+                                         const unsigned char *nonce, int32_t noncelen,
+                                         const unsigned char *aad, int32_t aadlen, int32_t options);
+/* A handle, or 0 with the reason latched; a key of the wrong length for
+   AES-GCM or ChaCha20-Poly1305 returns -BAD_KEY_LEN_ERROR itself, unlatched.
+   One context per thread; the key survives each Finish. */
+VERIMOND_API int32_t AEAD_InitKey(const unsigned char *key, int32_t keylen, int32_t options);
+/* The calls below give 0 or a negative code; -MISUSE_ERROR out of sequence:
+   SetNonce, AddAAD*, StartEncrypt|StartDecrypt, Update*, Finish... */
+VERIMOND_API int32_t AEAD_SetNonce(int32_t handle, const unsigned char *nonce, int32_t noncelen);
+VERIMOND_API int32_t AEAD_AddAAD(int32_t handle, const unsigned char *aad, int32_t aadlen);
+VERIMOND_API int32_t AEAD_StartEncrypt(int32_t handle);
+/* The expected tag, 4 bytes or more; only its first 16 count. */
+VERIMOND_API int32_t AEAD_StartDecrypt(int32_t handle, const unsigned char *tag, int32_t taglen);
+/* While decrypting, an absent out only authenticates the input. */
+VERIMOND_API int32_t AEAD_Update(int32_t handle, unsigned char *out, int32_t outlen,
+                                 const unsigned char *input, int32_t inlen);
+/* Writes 16 tag bytes (taglen at least 16). */
+VERIMOND_API int32_t AEAD_FinishEncrypt(int32_t handle, unsigned char *tag, int32_t taglen);
+/* -AUTH_FAIL_ERROR on a bad tag; the plaintext already handed out by Update
+   is not recalled. */
+VERIMOND_API int32_t AEAD_FinishDecrypt(int32_t handle);
+VERIMOND_API int32_t AEAD_Destroy(int32_t handle);
+
 /* ---- GCM_ ---- */
+
+/* AES-GCM with 16, 24 or 32-byte keys, IVs of any non-zero length and tags of
+   4 to 16 bytes. options is reserved. */
+
+/* 0 or a negative code; writes min(taglen, 16) tag bytes. */
+VERIMOND_API int32_t GCM_Encrypt(unsigned char *out, int32_t outlen, unsigned char *tag, int32_t taglen,
+                                 const unsigned char *input, int32_t inlen,
+                                 const unsigned char *key, int32_t keylen,
+                                 const unsigned char *iv, int32_t ivlen,
+                                 const unsigned char *aad, int32_t aadlen, int32_t options);
+/* 0 or a negative code. The tag is checked before anything is written, so out
+   is untouched on -AUTH_FAIL_ERROR; no out verifies only. A taglen of 0
+   compares nothing and succeeds. */
+VERIMOND_API int32_t GCM_Decrypt(unsigned char *out, int32_t outlen,
+                                 const unsigned char *input, int32_t inlen,
+                                 const unsigned char *key, int32_t keylen,
+                                 const unsigned char *iv, int32_t ivlen,
+                                 const unsigned char *aad, int32_t aadlen,
+                                 const unsigned char *tag, int32_t taglen, int32_t options);
+/* A key handle for any number of messages, or 0 with the reason latched. */
+VERIMOND_API int32_t GCM_InitKey(const unsigned char *key, int32_t keylen, int32_t options);
+/* As GCM_Encrypt under the handle's key; a bad handle gives +64 (positive). */
+VERIMOND_API int32_t GCM_NextEncrypt(int32_t handle, unsigned char *out, int32_t outlen,
+                                     unsigned char *tag, int32_t taglen,
+                                     const unsigned char *input, int32_t inlen,
+                                     const unsigned char *iv, int32_t ivlen,
+                                     const unsigned char *aad, int32_t aadlen);
+/* As GCM_Decrypt under the handle's key, but out is required; a bad handle
+   gives +64. */
+VERIMOND_API int32_t GCM_NextDecrypt(int32_t handle, unsigned char *out, int32_t outlen,
+                                     const unsigned char *input, int32_t inlen,
+                                     const unsigned char *iv, int32_t ivlen,
+                                     const unsigned char *aad, int32_t aadlen,
+                                     const unsigned char *tag, int32_t taglen);
+/* 0, or +64 for a bad handle; wipes the key. */
+VERIMOND_API int32_t GCM_FinishKey(int32_t handle);
 
 /* ------------------------------------------------------------------------ */
 /* Random numbers (RNG_).                                                    */

@@ -2,6 +2,7 @@
 
 #include <cstring>
 
+#include "aead/ascon.h"
 #include "util/wipe.h"
 #include "verimond.h"
 
@@ -105,7 +106,8 @@ int32_t DigestRaw(uint8_t out[64], const uint8_t* message, uint32_t length, int3
     switch (nibble) {
         case kDigestAsconNibble:
             if (!IsAsconOption(options)) return 0;
-            return -NOT_SUPPORTED_ERROR;
+            AsconHash(out, message, length, (options & 0xFF) == OPT_HASH_ASCON_HASHA);
+            return 32;
         case 9:
         case 14:
             return -BAD_FLAG_ERROR;

@@ -1,0 +1,186 @@
+// AES-GCM as an incremental record: the AEAD_ calls feed it in pieces of any
+// size. AAD and text pass through one GHASH buffer; the key stream keeps a
+// part-used block across calls. Counts are 64-bit here, unlike the
+// whole-message routines.
+#include <cstring>
+
+#include "aead/gcm.h"
+#include "aead/ghash.h"
+#include "util/bytes.h"
+#include "util/ct.h"
+#include "util/wipe.h"
+#include "verimond.h"
+
+namespace {
+enum : uint32_t { kKeySet = 1, kNonceSet = 2, kEncrypting = 3, kDecrypting = 4 };
+
+void Absorb(GcmStream* s, const uint8_t* data, size_t length) {
+    if (s->pendingLen != 0) {
+        size_t take = 16 - s->pendingLen;
+        if (take > length) take = length;
+        std::memcpy(s->pending + s->pendingLen, data, take);
+        s->pendingLen += uint32_t(take);
+        data += take;
+        length -= take;
+        if (s->pendingLen < 16) return;
+        GhashBlock(s->ghash, s->tables.table, s->pending);
+        s->pendingLen = 0;
+    }
+    while (length >= 16) {
+        GhashBlock(s->ghash, s->tables.table, data);
+        data += 16;
+        length -= 16;
+    }
+    if (length != 0) {
+        std::memcpy(s->pending, data, length);
+        s->pendingLen = uint32_t(length);
+    }
+}
+
+// Zero bytes through the buffer up to the next multiple of 16 of count.
+void PadTo16(GcmStream* s, uint64_t count) {
+    static const uint8_t zeros[16] = {};
+    Absorb(s, zeros, size_t((16 - count % 16) % 16));
+}
+
+void KeystreamXor(GcmStream* s, const uint8_t* input, uint8_t* out, size_t length) {
+    if (s->keystreamPos != 0) {
+        while (length != 0 && s->keystreamPos < 16) {
+            *out++ = uint8_t(*input++ ^ s->keystream[s->keystreamPos++]);
+            --length;
+        }
+        if (s->keystreamPos == 16) s->keystreamPos = 0;
+    }
+    uint8_t ks[16];
+    while (length >= 16) {
+        GcmAesCounterNext(&s->tables, &s->counter, ks);
+        for (int i = 0; i < 16; ++i) out[i] = uint8_t(input[i] ^ ks[i]);
+        input += 16;
+        out += 16;
+        length -= 16;
+    }
+    SecureWipe(ks, sizeof ks);
+    if (length != 0) {
+        GcmAesCounterNext(&s->tables, &s->counter, s->keystream);
+        for (size_t i = 0; i < length; ++i) out[i] = uint8_t(input[i] ^ s->keystream[i]);
+        s->keystreamPos = uint32_t(length);
+    }
+}
+
+void Finish(GcmStream* s, uint8_t tag[16]) {
+    PadTo16(s, s->textLen);
+    uint8_t lengths[16];
+    Store64Be(lengths, s->aadLen * 8);
+    Store64Be(lengths + 8, s->textLen * 8);
+    Absorb(s, lengths, 16);
+    for (int k = 0; k < 4; ++k) Store32Be(tag + 4 * k, s->ghash[k] ^ s->encJ0[k]);
+    s->aadLen = 0;
+    s->textLen = 0;
+    s->keystreamPos = 0;
+    SecureWipe(s->keystream, sizeof s->keystream);
+}
+}  // namespace
+
+int32_t GcmStreamInit(GcmStream* s, const uint8_t* key, int32_t keyLength) {
+    WipeObject(*s);
+    if (key == nullptr || (keyLength != 16 && keyLength != 24 && keyLength != 32)) return -BAD_PARAM_ERROR;
+    std::memcpy(s->key, key, size_t(keyLength));
+    s->keyBits = uint32_t(keyLength) * 8;
+    s->state = kKeySet;
+    return 0;
+}
+
+int32_t GcmStreamSetNonce(GcmStream* s, const uint8_t* nonce, int32_t nonceLength) {
+    if (s->state != kKeySet) return -MISUSE_ERROR;
+    if (nonce == nullptr || nonceLength != 12) return -BAD_PARAM_ERROR;
+    WipeObject(s->tables);
+    std::memset(s->pending, 0, sizeof s->pending);
+    s->pendingLen = 0;
+    std::memset(s->ghash, 0, sizeof s->ghash);
+    s->keystreamPos = 0;
+    // The tables are rebuilt for every nonce, from the kept key.
+    GcmExpandKey(&s->tables, s->key, s->keyBits);
+    const uint32_t fixed[3] = {Load32Be(nonce), Load32Be(nonce + 4), Load32Be(nonce + 8)};
+    uint8_t j0[16];
+    GcmAesCounterStart(&s->tables, fixed, 1, j0);
+    for (int k = 0; k < 4; ++k) s->encJ0[k] = Load32Be(j0 + 4 * k);
+    SecureWipe(j0, sizeof j0);
+    s->state = kNonceSet;
+    return 0;
+}
+
+int32_t GcmStreamAddAad(GcmStream* s, const uint8_t* aad, int32_t aadLength) {
+    if (s->state != kNonceSet) return -MISUSE_ERROR;
+    if (aad == nullptr || aadLength == 0) return 0;
+    if (aadLength < 0) return -BAD_PARAM_ERROR;
+    Absorb(s, aad, size_t(aadLength));
+    s->aadLen += uint64_t(aadLength);
+    return 0;
+}
+
+int32_t GcmStreamStartEncrypt(GcmStream* s) {
+    if (s->state != kNonceSet) return -MISUSE_ERROR;
+    PadTo16(s, s->aadLen);
+    s->textLen = 0;
+    s->counter = 1;
+    s->state = kEncrypting;
+    return 0;
+}
+
+int32_t GcmStreamStartDecrypt(GcmStream* s, const uint8_t* tag, int32_t tagLength) {
+    if (s->state != kNonceSet) return -MISUSE_ERROR;
+    if (tag == nullptr || tagLength < 4) return -BAD_PARAM_ERROR;
+    uint32_t n = tagLength > 16 ? 16 : uint32_t(tagLength);
+    std::memcpy(s->expectedTag, tag, n);
+    s->expectedTagLen = n;
+    PadTo16(s, s->aadLen);
+    s->textLen = 0;
+    s->counter = 1;
+    s->state = kDecrypting;
+    return 0;
+}
+
+int32_t GcmStreamUpdate(GcmStream* s, uint8_t* out, const uint8_t* input, int32_t inputLength) {
+    if (s->state != kEncrypting && s->state != kDecrypting) return -MISUSE_ERROR;
+    if (inputLength < 0 || (input == nullptr && inputLength > 0)) return -BAD_PARAM_ERROR;
+    size_t length = size_t(inputLength);
+    if (s->state == kEncrypting) {
+        if (out == nullptr && length != 0) return -BAD_PARAM_ERROR;
+        if (length == 0) return 0;
+        KeystreamXor(s, input, out, length);
+        Absorb(s, out, length);
+    } else if (s->state == kDecrypting) {
+        if (length == 0) return 0;
+        Absorb(s, input, length);  // first: out may be the same buffer
+        if (out != nullptr) KeystreamXor(s, input, out, length);
+    }
+    s->textLen += length;
+    return 0;
+}
+
+int32_t GcmStreamFinishEncrypt(GcmStream* s, uint8_t* tag, int32_t tagLength) {
+    if (s->state != kEncrypting) return -MISUSE_ERROR;
+    if (tag == nullptr || tagLength < 16) return -BAD_PARAM_ERROR;
+    uint8_t computed[16];
+    Finish(s, computed);
+    s->state = kKeySet;
+    std::memcpy(tag, computed, 16);
+    SecureWipe(computed, sizeof computed);
+    return 0;
+}
+
+int32_t GcmStreamFinishDecrypt(GcmStream* s) {
+    if (s->state != kDecrypting) return -MISUSE_ERROR;
+    uint8_t computed[16];
+    Finish(s, computed);
+    s->state = kKeySet;
+    int equal = CtEqual(computed, s->expectedTag, s->expectedTagLen);
+    SecureWipe(computed, sizeof computed);
+    return equal ? 0 : -AUTH_FAIL_ERROR;
+}
+
+void GcmStreamDestroy(GcmStream* s) {
+    SecureWipe(s->key, sizeof s->key);
+    WipeObject(*s);
+    s->state = 0;
+}

@@ -1,0 +1,514 @@
+// AEAD_: published vectors for the three algorithms, incremental results
+// against whole messages, what out holds after a bad tag, the order of the
+// argument checks and the incremental state machine.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <functional>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "test_support.h"
+#include "vector_reader.h"
+
+namespace {
+using ByteVec = std::vector<uint8_t>;
+
+const uint8_t* Ptr(const ByteVec& v) { return v.empty() ? nullptr : v.data(); }
+
+ByteVec Pattern(size_t n, uint8_t seed) {
+    ByteVec v(n);
+    for (size_t i = 0; i < n; ++i) v[i] = uint8_t(seed + i * 13);
+    return v;
+}
+
+const ByteVec kKey = Pattern(32, 0x40), kNonce = Pattern(16, 0x90);
+const int32_t kIncremental[] = {OPT_AEAD_AES_128_GCM, OPT_AEAD_AES_256_GCM, OPT_AEAD_CHACHA20_POLY1305};
+
+int32_t KeyLength(int32_t alg) { return alg == OPT_AEAD_AES_128_GCM ? 16 : 32; }
+
+// Ciphertext and tag of one whole message.
+void Seal(int32_t alg, const ByteVec& aad, const ByteVec& pt, ByteVec* ct, ByteVec* tag) {
+    ct->assign(pt.size(), 0);
+    tag->assign(16, 0);
+    ASSERT_EQ(AEAD_Encrypt(ct->empty() ? nullptr : ct->data(), int32_t(ct->size()), tag->data(), 16, Ptr(pt),
+                           int32_t(pt.size()), kKey.data(), KeyLength(alg), kNonce.data(), 12, Ptr(aad),
+                           int32_t(aad.size()), alg),
+              0);
+}
+
+struct Piecewise {
+    std::vector<size_t> aadCuts, textCuts;  // piece sizes, repeated until the data ends
+};
+
+void Feed(std::vector<size_t> cuts, size_t total, const std::function<void(size_t, size_t)>& piece) {
+    size_t pos = 0;
+    for (size_t i = 0; pos < total; ++i) {
+        size_t n = std::min(cuts[i % cuts.size()], total - pos);
+        piece(pos, n);
+        pos += n;
+    }
+}
+}  // namespace
+
+TEST(AeadVectors, ChaCha20Poly1305FromRfc8439) {
+    int checked = 0;
+    for (const auto& r : ReadVectorFile("rfc/rfc8439_chacha20_poly1305.txt")) {
+        if (!r.section.count("AEAD_CHACHA20_POLY1305")) continue;
+        ByteVec key = r.Bytes("KEY"), nonce = r.Bytes("NONCE"), aad = r.Bytes("AAD"), pt = r.Bytes("PLAINTEXT");
+        ByteVec ct(pt.size()), tag(16);
+        ASSERT_EQ(AEAD_Encrypt(ct.data(), int32_t(ct.size()), tag.data(), 16, pt.data(), int32_t(pt.size()),
+                               key.data(), 32, nonce.data(), 12, Ptr(aad), int32_t(aad.size()),
+                               OPT_AEAD_CHACHA20_POLY1305),
+                  0);
+        EXPECT_EQ(ToHex(ct), r.Get("CIPHERTEXT"));
+        EXPECT_EQ(ToHex(tag), r.Get("TAG"));
+        ByteVec back(pt.size());
+        EXPECT_EQ(AEAD_Decrypt(back.data(), int32_t(back.size()), ct.data(), int32_t(ct.size()), key.data(), 32,
+                               nonce.data(), 12, Ptr(aad), int32_t(aad.size()), tag.data(), 16,
+                               OPT_AEAD_CHACHA20_POLY1305),
+                  0);
+        EXPECT_EQ(back, pt);
+        // With the nonce in front: nonce, ciphertext, tag.
+        ByteVec sealed(12 + pt.size() + 16);
+        ASSERT_EQ(AEAD_EncryptWithTag(sealed.data(), int32_t(sealed.size()), pt.data(), int32_t(pt.size()),
+                                      key.data(), 32, nonce.data(), 12, Ptr(aad), int32_t(aad.size()),
+                                      OPT_AEAD_CHACHA20_POLY1305 | OPT_PREFIX_IV),
+                  int32_t(sealed.size()));
+        EXPECT_EQ(ToHex(sealed), r.Get("NONCE") + r.Get("CIPHERTEXT") + r.Get("TAG"));
+        ByteVec opened(pt.size());
+        EXPECT_EQ(AEAD_DecryptWithTag(opened.data(), int32_t(opened.size()), sealed.data(), int32_t(sealed.size()),
+                                      key.data(), 32, nullptr, 0, Ptr(aad), int32_t(aad.size()),
+                                      OPT_AEAD_CHACHA20_POLY1305 | OPT_PREFIX_IV),
+                  int32_t(pt.size()));
+        EXPECT_EQ(opened, pt);
+        ++checked;
+    }
+    EXPECT_EQ(checked, 2);
+}
+
+TEST(AeadVectors, AesGcmWith96BitIvs) {
+    int checked = 0;
+    for (const char* file : {"nist-cavp/gcm/gcmDecrypt128_subset.rsp", "nist-cavp/gcm/gcmDecrypt256_subset.rsp"}) {
+        for (const auto& r : ReadVectorFile(file)) {
+            ByteVec key = r.Bytes("Key"), iv = r.Bytes("IV"), ct = r.Bytes("CT"), aad = r.Bytes("AAD");
+            ByteVec tag = r.Bytes("Tag");
+            int32_t alg = key.size() == 16 ? OPT_AEAD_AES_128_GCM : OPT_AEAD_AES_256_GCM;
+            if (iv.size() != 12) {
+                // Other IV lengths belong to GCM_ alone.
+                EXPECT_EQ(AEAD_Decrypt(nullptr, 0, Ptr(ct), int32_t(ct.size()), key.data(), int32_t(key.size()),
+                                       iv.data(), int32_t(iv.size()), Ptr(aad), int32_t(aad.size()), tag.data(),
+                                       int32_t(tag.size()), alg),
+                          -BAD_IV_LEN_ERROR);
+                continue;
+            }
+            ByteVec out(ct.size(), 0x77);
+            ASSERT_EQ(AEAD_Decrypt(out.empty() ? nullptr : out.data(), int32_t(out.size()), Ptr(ct),
+                                   int32_t(ct.size()), key.data(), int32_t(key.size()), iv.data(), 12, Ptr(aad),
+                                   int32_t(aad.size()), tag.data(), int32_t(tag.size()), alg),
+                      r.fail ? -AUTH_FAIL_ERROR : 0)
+                << file << " line " << r.line;
+            if (r.fail) continue;
+            EXPECT_EQ(ToHex(out), r.Get("PT"));
+            ++checked;
+        }
+    }
+    EXPECT_EQ(checked, 50);
+}
+
+TEST(AeadVectors, AsconKnownAnswersThroughWithTag) {
+    for (int32_t alg : {OPT_AEAD_ASCON_128, OPT_AEAD_ASCON_128A}) {
+        const char* file = alg == OPT_AEAD_ASCON_128 ? "ascon-v1.2/Ascon-128_v1.2_LWC_AEAD_KAT_128_128.txt"
+                                                     : "ascon-v1.2/Ascon-128a_v1.2_LWC_AEAD_KAT_128_128.txt";
+        auto records = ReadVectorFile(file);
+        ASSERT_EQ(records.size(), 1089u);
+        for (const auto& r : records) {
+            ByteVec key = r.Bytes("Key"), nonce = r.Bytes("Nonce"), pt = r.Bytes("PT"), ad = r.Bytes("AD");
+            ByteVec expected = r.Bytes("CT");
+            ByteVec sealed(expected.size());
+            ASSERT_EQ(AEAD_EncryptWithTag(sealed.data(), int32_t(sealed.size()), Ptr(pt), int32_t(pt.size()),
+                                          key.data(), 16, nonce.data(), 16, Ptr(ad), int32_t(ad.size()), alg),
+                      int32_t(expected.size()));
+            ASSERT_EQ(sealed, expected) << file << " line " << r.line;
+            ByteVec opened(pt.size() + 1);
+            ASSERT_EQ(AEAD_DecryptWithTag(opened.data(), int32_t(opened.size()), sealed.data(),
+                                          int32_t(sealed.size()), key.data(), 16, nonce.data(), 16, Ptr(ad),
+                                          int32_t(ad.size()), alg),
+                      int32_t(pt.size()));
+            ASSERT_EQ(ByteVec(opened.begin(), opened.begin() + long(pt.size())), pt);
+        }
+    }
+}
+
+TEST(AeadIncremental, EveryCutMatchesTheWholeMessage) {
+    const ByteVec aad = Pattern(37, 1), pt = Pattern(150, 2);
+    std::vector<Piecewise> ways;
+    for (size_t a = 1; a <= aad.size(); a += 3) ways.push_back({{a}, {150}});
+    for (size_t t = 1; t <= pt.size(); t += 7) ways.push_back({{37}, {t}});
+    ways.push_back({{1}, {1}});
+    ways.push_back({{16, 5}, {63, 65, 1, 64}});
+    ways.push_back({{100}, {15, 16, 17}});
+    for (int32_t alg : kIncremental) {
+        ByteVec ct, tag;
+        Seal(alg, aad, pt, &ct, &tag);
+        int32_t h = AEAD_InitKey(kKey.data(), KeyLength(alg), alg);
+        ASSERT_GT(h, 0);
+        for (const Piecewise& w : ways) {
+            // Encrypt in pieces; the key survives each Finish.
+            ASSERT_EQ(AEAD_SetNonce(h, kNonce.data(), 12), 0);
+            Feed(w.aadCuts, aad.size(), [&](size_t at, size_t n) { ASSERT_EQ(AEAD_AddAAD(h, &aad[at], int32_t(n)), 0); });
+            ASSERT_EQ(AEAD_StartEncrypt(h), 0);
+            ByteVec out(pt.size());
+            Feed(w.textCuts, pt.size(), [&](size_t at, size_t n) {
+                ASSERT_EQ(AEAD_Update(h, &out[at], int32_t(n), &pt[at], int32_t(n)), 0);
+            });
+            ByteVec got(16);
+            ASSERT_EQ(AEAD_FinishEncrypt(h, got.data(), 16), 0);
+            EXPECT_EQ(out, ct) << "alg " << alg << " cuts " << w.aadCuts[0] << "/" << w.textCuts[0];
+            EXPECT_EQ(got, tag) << "alg " << alg << " cuts " << w.aadCuts[0] << "/" << w.textCuts[0];
+
+            // Decrypt in the same pieces, in place.
+            ASSERT_EQ(AEAD_SetNonce(h, kNonce.data(), 12), 0);
+            Feed(w.aadCuts, aad.size(), [&](size_t at, size_t n) { ASSERT_EQ(AEAD_AddAAD(h, &aad[at], int32_t(n)), 0); });
+            ASSERT_EQ(AEAD_StartDecrypt(h, tag.data(), 16), 0);
+            Feed(w.textCuts, pt.size(), [&](size_t at, size_t n) {
+                ASSERT_EQ(AEAD_Update(h, &out[at], int32_t(n), &out[at], int32_t(n)), 0);
+            });
+            EXPECT_EQ(AEAD_FinishDecrypt(h), 0);
+            EXPECT_EQ(out, pt);
+        }
+        // Decrypting with no output only authenticates.
+        ASSERT_EQ(AEAD_SetNonce(h, kNonce.data(), 12), 0);
+        ASSERT_EQ(AEAD_AddAAD(h, aad.data(), int32_t(aad.size())), 0);
+        ASSERT_EQ(AEAD_StartDecrypt(h, tag.data(), 16), 0);
+        ASSERT_EQ(AEAD_Update(h, nullptr, 0, ct.data(), int32_t(ct.size())), 0);
+        EXPECT_EQ(AEAD_FinishDecrypt(h), 0);
+        // No AAD and no text still gives the empty message's tag.
+        ByteVec emptyCt, emptyTag, got(16);
+        Seal(alg, {}, {}, &emptyCt, &emptyTag);
+        ASSERT_EQ(AEAD_SetNonce(h, kNonce.data(), 12), 0);
+        ASSERT_EQ(AEAD_StartEncrypt(h), 0);
+        ASSERT_EQ(AEAD_FinishEncrypt(h, got.data(), 16), 0);
+        EXPECT_EQ(got, emptyTag);
+        EXPECT_EQ(AEAD_Destroy(h), 0);
+    }
+}
+
+TEST(AeadBadTag, WhatOutHoldsByAlgorithm) {
+    const ByteVec pt = Pattern(40, 9), aad = Pattern(5, 3);
+    struct Case {
+        int32_t alg;
+        bool prefixed;
+        char expect;  // 'u' untouched, 'p' forged plaintext, 'z' zeros over the plaintext
+    };
+    const Case cases[] = {{OPT_AEAD_AES_128_GCM, false, 'u'}, {OPT_AEAD_AES_256_GCM, true, 'u'},
+                          {OPT_AEAD_CHACHA20_POLY1305, false, 'p'}, {OPT_AEAD_ASCON_128, false, 'z'},
+                          {OPT_AEAD_ASCON_128A, true, 'z'}};
+    for (const Case& c : cases) {
+        int32_t keylen = c.alg == OPT_AEAD_AES_256_GCM || c.alg == OPT_AEAD_CHACHA20_POLY1305 ? 32 : 16;
+        int32_t noncelen = c.alg >= OPT_AEAD_ASCON_128 && c.alg <= OPT_AEAD_ASCON_128A ? 16 : 12;
+        int32_t options = c.alg | (c.prefixed ? OPT_PREFIX_IV : 0);
+        ByteVec sealed(64 + pt.size());
+        int32_t n = AEAD_EncryptWithTag(sealed.data(), int32_t(sealed.size()), pt.data(), int32_t(pt.size()),
+                                        kKey.data(), keylen, kNonce.data(), noncelen, aad.data(), 5, options);
+        ASSERT_GT(n, 0);
+        sealed.resize(size_t(n));
+        sealed.back() ^= 0x80;  // a bad tag
+        ByteVec out(pt.size() + 8, 0xcc);
+        EXPECT_EQ(AEAD_DecryptWithTag(out.data(), int32_t(out.size()), sealed.data(), n, kKey.data(), keylen,
+                                      kNonce.data(), noncelen, aad.data(), 5, options),
+                  -AUTH_FAIL_ERROR)
+            << "alg " << c.alg;
+        ByteVec head(out.begin(), out.begin() + long(pt.size())), tail(out.begin() + long(pt.size()), out.end());
+        EXPECT_EQ(tail, ByteVec(8, 0xcc)) << "alg " << c.alg;  // beyond the plaintext: untouched
+        if (c.expect == 'u') EXPECT_EQ(head, ByteVec(pt.size(), 0xcc)) << "alg " << c.alg;
+        if (c.expect == 'p') EXPECT_EQ(head, pt) << "alg " << c.alg;
+        if (c.expect == 'z') EXPECT_EQ(head, ByteVec(pt.size(), 0)) << "alg " << c.alg;
+    }
+    // The whole-message pair: the same split between AES-GCM and ChaCha20-Poly1305.
+    for (int32_t alg : kIncremental) {
+        ByteVec ct, tag;
+        Seal(alg, aad, pt, &ct, &tag);
+        ct[0] ^= 1;
+        ByteVec out(pt.size(), 0xcc);
+        EXPECT_EQ(AEAD_Decrypt(out.data(), int32_t(out.size()), ct.data(), int32_t(ct.size()), kKey.data(),
+                               KeyLength(alg), kNonce.data(), 12, aad.data(), 5, tag.data(), 16, alg),
+                  -AUTH_FAIL_ERROR);
+        ByteVec forged = pt;
+        forged[0] ^= 1;
+        EXPECT_EQ(out, alg == OPT_AEAD_CHACHA20_POLY1305 ? forged : ByteVec(pt.size(), 0xcc));
+    }
+}
+
+TEST(AeadWholeMessage, TagsAndLengths) {
+    const ByteVec aad = Pattern(20, 5), pt = Pattern(100, 6);
+    // Tag over the AAD alone, with no input and no output.
+    ByteVec tag(16), viaGcm(16);
+    EXPECT_EQ(AEAD_Encrypt(nullptr, 0, tag.data(), 16, nullptr, 0, kKey.data(), 16, kNonce.data(), 12, aad.data(), 20,
+                           OPT_AEAD_AES_128_GCM),
+              0);
+    ASSERT_EQ(GCM_Encrypt(nullptr, 0, viaGcm.data(), 16, nullptr, 0, kKey.data(), 16, kNonce.data(), 12, aad.data(),
+                          20, 0),
+              0);
+    EXPECT_EQ(tag, viaGcm);
+    // A 12-byte tag buffer is short, and is left zero.
+    ByteVec small(12, 0xab), out(100);
+    EXPECT_EQ(AEAD_Encrypt(out.data(), 100, small.data(), 12, pt.data(), 100, kKey.data(), 32, kNonce.data(), 12,
+                           nullptr, 0, OPT_AEAD_CHACHA20_POLY1305),
+              -SHORT_BUF_ERROR);
+    EXPECT_EQ(small, ByteVec(12, 0));
+    // A longer tag buffer gets 16 bytes; the rest stays zero.
+    ByteVec big(24, 0xab);
+    EXPECT_EQ(AEAD_Encrypt(out.data(), 100, big.data(), 24, pt.data(), 100, kKey.data(), 32, kNonce.data(), 12,
+                           nullptr, 0, OPT_AEAD_AES_256_GCM),
+              0);
+    EXPECT_EQ(ByteVec(big.begin() + 16, big.end()), ByteVec(8, 0));
+    // Truncated tags on decryption: 4 to 16 bytes, only those compared.
+    for (int32_t alg : kIncremental) {
+        ByteVec ct, full;
+        Seal(alg, aad, pt, &ct, &full);
+        ByteVec check = full;
+        check[5] ^= 1;  // outside the first four bytes
+        EXPECT_EQ(AEAD_Decrypt(out.data(), 100, ct.data(), 100, kKey.data(), KeyLength(alg), kNonce.data(), 12,
+                               aad.data(), 20, check.data(), 4, alg),
+                  0);
+        EXPECT_EQ(AEAD_Decrypt(out.data(), 100, ct.data(), 100, kKey.data(), KeyLength(alg), kNonce.data(), 12,
+                               aad.data(), 20, check.data(), 6, alg),
+                  -AUTH_FAIL_ERROR);
+    }
+    // An empty input gives the tag alone.
+    ByteVec only(40, 0xee);
+    EXPECT_EQ(AEAD_EncryptWithTag(only.data(), 40, nullptr, 0, kKey.data(), 32, kNonce.data(), 12, aad.data(), 20,
+                                  OPT_AEAD_CHACHA20_POLY1305),
+              16);
+    EXPECT_EQ(ByteVec(only.begin() + 16, only.end()), ByteVec(24, 0xee));
+    EXPECT_EQ(AEAD_DecryptWithTag(nullptr, 0, only.data(), 16, kKey.data(), 32, kNonce.data(), 12, aad.data(), 20,
+                                  OPT_AEAD_CHACHA20_POLY1305),
+              0);
+}
+
+TEST(AeadChecks, EncryptOrder) {
+    uint8_t out[32], tag[16], in[32] = {};
+    const uint8_t* k = kKey.data();
+    const uint8_t* n = kNonce.data();
+    struct Case {
+        const char* what;
+        uint8_t* out;
+        int32_t outlen;
+        uint8_t* tag;
+        int32_t taglen;
+        const uint8_t* in;
+        int32_t inlen;
+        const uint8_t* key;
+        int32_t keylen;
+        const uint8_t* nonce;
+        int32_t noncelen;
+        const uint8_t* aad;
+        int32_t aadlen, options, expected;
+    };
+    const Case cases[] = {
+        {"no out, no tag", nullptr, 32, nullptr, 16, in, 32, nullptr, 0, nullptr, 0, nullptr, 0, 0, -BAD_PARAM_ERROR},
+        {"no lengths", out, 0, tag, 0, in, 32, nullptr, 0, nullptr, 0, nullptr, 0, 0, -BAD_PARAM_ERROR},
+        {"input but no out", nullptr, 0, tag, 16, in, 32, nullptr, 0, nullptr, 0, nullptr, 0, 0, -NULL_ERROR},
+        {"out too short", out, 31, tag, 16, in, 32, nullptr, 0, nullptr, 0, nullptr, 0, 0, -SHORT_BUF_ERROR},
+        {"absent key", out, 32, tag, 16, in, 32, nullptr, 16, nullptr, 0, nullptr, 0, 0, -BAD_KEY_ERROR},
+        {"absent nonce", out, 32, tag, 16, in, 32, k, 16, nullptr, 12, nullptr, 0, 0, -BAD_IV_ERROR},
+        {"absent input", out, 32, tag, 16, nullptr, 32, k, 16, n, 12, nullptr, 0, 0, -BAD_PARAM_ERROR},
+        {"absent AAD", out, 32, tag, 16, in, 32, k, 16, n, 12, nullptr, 3, 0, -BAD_PARAM_ERROR},
+        {"negative AAD length", out, 32, tag, 16, in, 32, k, 16, n, 12, in, -3, 0, -BAD_PARAM_ERROR},
+        {"algorithm 0", out, 32, tag, 16, in, 32, k, 16, n, 12, nullptr, 0, 0, -BAD_FLAG_ERROR},
+        {"algorithm 30", out, 32, tag, 16, in, 32, k, 16, n, 12, nullptr, 0, 30, -BAD_FLAG_ERROR},
+        {"algorithm 3", out, 32, tag, 16, in, 32, k, 16, n, 12, nullptr, 0, 3, -BAD_FLAG_ERROR},
+        {"Ascon, all wrong", out, 32, tag, 2, in, 32, k, 5, n, 3, nullptr, 0, 26, -NOT_SUPPORTED_ERROR},
+        {"AES-128 key of 32", out, 32, tag, 16, in, 32, k, 32, n, 12, nullptr, 0, 1, -BAD_KEY_LEN_ERROR},
+        {"ChaCha key of 16", out, 32, tag, 16, in, 32, k, 16, n, 12, nullptr, 0, 29, -BAD_KEY_LEN_ERROR},
+        {"8-byte nonce", out, 32, tag, 16, in, 32, k, 16, n, 8, nullptr, 0, 1, -BAD_IV_LEN_ERROR},
+        {"tag buffer 15", out, 32, tag, 15, in, 32, k, 16, n, 12, nullptr, 0, 1, -SHORT_BUF_ERROR},
+        {"absent tag of length 16", out, 32, nullptr, 16, in, 32, k, 16, n, 12, nullptr, 0, 1, -BAD_PARAM_ERROR},
+        {"high bits ignored", out, 32, tag, 16, in, 32, k, 32, n, 12, nullptr, 0, 0x7700 | 29, 0},
+    };
+    for (const Case& c : cases) {
+        EXPECT_EQ(AEAD_Encrypt(c.out, c.outlen, c.tag, c.taglen, c.in, c.inlen, c.key, c.keylen, c.nonce, c.noncelen,
+                               c.aad, c.aadlen, c.options),
+                  c.expected)
+            << c.what;
+    }
+}
+
+TEST(AeadChecks, DecryptOrder) {
+    uint8_t out[32], tag[17] = {}, in[32] = {};
+    const uint8_t* k = kKey.data();
+    const uint8_t* n = kNonce.data();
+    struct Case {
+        const char* what;
+        uint8_t* out;
+        int32_t outlen;
+        const uint8_t* in;
+        int32_t inlen;
+        const uint8_t* key;
+        int32_t keylen;
+        const uint8_t* nonce;
+        int32_t noncelen;
+        const uint8_t* aad;
+        int32_t aadlen;
+        const uint8_t* tag;
+        int32_t taglen, options, expected;
+    };
+    const Case cases[] = {
+        {"absent tag first", nullptr, 0, nullptr, 9, nullptr, 0, nullptr, 0, nullptr, 0, nullptr, 16, 0, -BAD_PARAM_ERROR},
+        {"short out", out, 31, in, 32, nullptr, 0, nullptr, 0, nullptr, 0, tag, 16, 0, -SHORT_BUF_ERROR},
+        {"absent key", out, 32, in, 32, nullptr, 0, nullptr, 0, nullptr, 0, tag, 16, 0, -BAD_KEY_ERROR},
+        {"absent nonce", out, 32, in, 32, k, 16, nullptr, 0, nullptr, 0, tag, 16, 0, -BAD_IV_ERROR},
+        {"absent input", out, 32, nullptr, 32, k, 16, n, 12, nullptr, 0, tag, 16, 0, -BAD_PARAM_ERROR},
+        {"absent AAD", out, 32, in, 32, k, 16, n, 12, nullptr, 1, tag, 16, 0, -BAD_PARAM_ERROR},
+        {"algorithm 0", out, 32, in, 32, k, 16, n, 12, nullptr, 0, tag, 16, 0, -BAD_FLAG_ERROR},
+        {"Ascon", out, 32, in, 32, k, 16, n, 16, nullptr, 0, tag, 16, 27, -NOT_SUPPORTED_ERROR},
+        {"key length", out, 32, in, 32, k, 24, n, 12, nullptr, 0, tag, 16, 2, -BAD_KEY_LEN_ERROR},
+        {"nonce length", out, 32, in, 32, k, 32, n, 16, nullptr, 0, tag, 16, 2, -BAD_IV_LEN_ERROR},
+        {"tag length 3", out, 32, in, 32, k, 32, n, 12, nullptr, 0, tag, 3, 2, -BAD_LENGTH_ERROR},
+        {"tag length 17", out, 32, in, 32, k, 32, n, 12, nullptr, 0, tag, 17, 29, -BAD_LENGTH_ERROR},
+        {"ChaCha out with no room", out, 0, in, 32, k, 32, n, 12, nullptr, 0, tag, 16, 29, -SHORT_BUF_ERROR},
+        {"GCM out with no room verifies", out, 0, in, 32, k, 32, n, 12, nullptr, 0, tag, 16, 2, -AUTH_FAIL_ERROR},
+    };
+    for (const Case& c : cases) {
+        EXPECT_EQ(AEAD_Decrypt(c.out, c.outlen, c.in, c.inlen, c.key, c.keylen, c.nonce, c.noncelen, c.aad, c.aadlen,
+                               c.tag, c.taglen, c.options),
+                  c.expected)
+            << c.what;
+    }
+}
+
+TEST(AeadChecks, WithTagOrder) {
+    uint8_t out[64], in[100] = {};
+    const uint8_t* k = kKey.data();
+    const uint8_t* n = kNonce.data();
+    struct Case {
+        const char* what;
+        bool decrypt;
+        uint8_t* out;
+        int32_t outlen;
+        const uint8_t* in;
+        int32_t inlen;
+        const uint8_t* key;
+        int32_t keylen;
+        const uint8_t* nonce;
+        int32_t noncelen;
+        const uint8_t* aad;
+        int32_t aadlen, options, expected;
+    };
+    const Case cases[] = {
+        {"absent key", false, out, 64, in, 8, nullptr, 16, n, 12, nullptr, 0, 1, -BAD_KEY_ERROR},
+        {"absent nonce", false, out, 64, in, 8, k, 16, nullptr, 12, nullptr, 0, 1, -BAD_IV_ERROR},
+        {"negative outlen", false, out, -1, in, 8, k, 16, n, 12, nullptr, 0, 1, -BAD_PARAM_ERROR},
+        {"absent input", false, out, 64, nullptr, 8, k, 16, n, 12, nullptr, 0, 1, -NULL_ERROR},
+        {"absent AAD", false, out, 64, in, 8, k, 16, n, 12, nullptr, 8, 1, -NULL_ERROR},
+        {"negative input length", false, out, 64, in, -8, k, 16, n, 12, nullptr, 0, 1, -BAD_PARAM_ERROR},
+        {"negative AAD length", false, out, 64, in, 8, k, 16, n, 12, in, -8, 1, -BAD_PARAM_ERROR},
+        {"key length", false, out, 64, in, 8, k, 32, n, 12, nullptr, 0, 26, -BAD_KEY_LEN_ERROR},
+        {"unknown algorithm", false, out, 64, in, 8, k, 16, n, 12, nullptr, 0, 28, -BAD_FLAG_ERROR},
+        {"query with bad nonce length", false, nullptr, 0, in, 8, k, 16, n, 12, nullptr, 0, 26, -BAD_IV_LEN_ERROR},
+        {"short out", false, out, 23, in, 8, k, 16, n, 12, nullptr, 0, 1, -SHORT_BUF_ERROR},
+        {"exact out", false, out, 24, in, 8, k, 16, n, 12, nullptr, 0, 1, 24},
+        {"query", false, nullptr, 0, in, 100, k, 16, n, 12, nullptr, 0, 1, 116},
+        {"query with prefix", false, out, 0, in, 100, k, 16, n, 12, nullptr, 0, 1 | OPT_PREFIX_IV, 128},
+        {"Ascon query with prefix", false, nullptr, 0, in, 100, k, 16, n, 16, nullptr, 0, 26 | OPT_PREFIX_IV, 132},
+        {"D: absent key", true, out, 64, in, 24, nullptr, 16, n, 12, nullptr, 0, 1, -BAD_KEY_ERROR},
+        {"D: negative outlen", true, out, -1, in, 24, k, 16, n, 12, nullptr, 0, 1, -BAD_PARAM_ERROR},
+        {"D: absent input", true, out, 64, nullptr, 24, k, 16, n, 12, nullptr, 0, 1, -NULL_ERROR},
+        {"D: unknown algorithm", true, out, 64, in, 24, k, 16, n, 12, nullptr, 0, 3, -BAD_FLAG_ERROR},
+        {"D: key length", true, out, 64, in, 24, k, 16, n, 12, nullptr, 0, 29, -BAD_KEY_LEN_ERROR},
+        {"D: 15 bytes", true, out, 64, in, 15, k, 16, n, 12, nullptr, 0, 1, -BAD_LENGTH_ERROR},
+        {"D: empty input", true, out, 64, nullptr, 0, k, 16, n, 12, nullptr, 0, 1, -BAD_LENGTH_ERROR},
+        {"D: negative input length", true, out, 64, in, -20, k, 16, n, 12, nullptr, 0, 1, -BAD_LENGTH_ERROR},
+        {"D: negative AAD length", true, out, 64, in, 24, k, 16, n, 12, in, -1, 1, -BAD_PARAM_ERROR},
+        {"D: prefix needs 28", true, out, 64, in, 27, k, 16, n, 12, nullptr, 0, 1 | OPT_PREFIX_IV, -BAD_LENGTH_ERROR},
+        {"D: nonce length", true, out, 64, in, 24, k, 16, n, 16, nullptr, 0, 1, -BAD_IV_LEN_ERROR},
+        {"D: absent nonce", true, out, 64, in, 24, k, 16, nullptr, 12, nullptr, 0, 1, -BAD_IV_ERROR},
+        {"D: query", true, nullptr, 0, in, 24, k, 16, n, 12, nullptr, 0, 1, 8},
+        {"D: query with prefix", true, out, 0, in, 40, k, 16, nullptr, 0, nullptr, 0, 1 | OPT_PREFIX_IV, 12},
+        {"D: short out", true, out, 7, in, 24, k, 16, n, 12, nullptr, 0, 1, -SHORT_BUF_ERROR},
+        {"D: bad tag", true, out, 64, in, 24, k, 16, n, 12, nullptr, 0, 1, -AUTH_FAIL_ERROR},
+    };
+    for (const Case& c : cases) {
+        int32_t got = c.decrypt ? AEAD_DecryptWithTag(c.out, c.outlen, c.in, c.inlen, c.key, c.keylen, c.nonce,
+                                                      c.noncelen, c.aad, c.aadlen, c.options)
+                                : AEAD_EncryptWithTag(c.out, c.outlen, c.in, c.inlen, c.key, c.keylen, c.nonce,
+                                                      c.noncelen, c.aad, c.aadlen, c.options);
+        EXPECT_EQ(got, c.expected) << c.what;
+        EXPECT_EQ(API_ErrorCode(), c.expected < 0 ? -c.expected : c.expected) << c.what;  // lengths too
+    }
+}
+
+TEST(AeadStateMachine, SequenceRules) {
+    uint8_t tag[16], buf[32] = {};
+    const uint8_t* n = kNonce.data();
+    // Init results that are not handles.
+    EXPECT_EQ(AEAD_InitKey(kKey.data(), 24, OPT_AEAD_AES_128_GCM), -BAD_KEY_LEN_ERROR);
+    EXPECT_EQ(API_ErrorCode(), 0);  // returned, never latched
+    EXPECT_EQ(AEAD_InitKey(kKey.data(), 16, OPT_AEAD_ASCON_128), 0);
+    EXPECT_EQ(API_ErrorCode(), BAD_FLAG_ERROR);
+    EXPECT_EQ(AEAD_InitKey(nullptr, 32, 29), 0);
+    EXPECT_EQ(API_ErrorCode(), BAD_KEY_ERROR);
+
+    for (int32_t alg : kIncremental) {
+        int32_t h = AEAD_InitKey(kKey.data(), KeyLength(alg), alg);
+        ASSERT_GT(h, 0);
+        // Each step: call, expected result. Key set -> Nonce set -> ... -> Key set.
+        struct Step {
+            const char* what;
+            std::function<int32_t()> call;
+            int32_t expected;
+        };
+        const std::vector<Step> steps = {
+            {"AAD before nonce", [&] { return AEAD_AddAAD(h, buf, 4); }, -MISUSE_ERROR},
+            {"start before nonce", [&] { return AEAD_StartEncrypt(h); }, -MISUSE_ERROR},
+            {"update before start", [&] { return AEAD_Update(h, buf, 32, buf, 32); }, -MISUSE_ERROR},
+            {"finish before start", [&] { return AEAD_FinishDecrypt(h); }, -MISUSE_ERROR},
+            {"absent nonce", [&] { return AEAD_SetNonce(h, nullptr, 12); }, -BAD_IV_ERROR},
+            {"nonce of 16", [&] { return AEAD_SetNonce(h, n, 16); }, -BAD_IV_LEN_ERROR},
+            {"nonce", [&] { return AEAD_SetNonce(h, n, 12); }, 0},
+            {"second nonce", [&] { return AEAD_SetNonce(h, n, 12); }, -MISUSE_ERROR},
+            {"empty AAD does nothing", [&] { return AEAD_AddAAD(h, nullptr, 0); }, 0},
+            {"negative AAD length", [&] { return AEAD_AddAAD(h, buf, -1); }, -BAD_PARAM_ERROR},
+            {"AAD", [&] { return AEAD_AddAAD(h, buf, 5); }, 0},
+            {"absent tag", [&] { return AEAD_StartDecrypt(h, nullptr, 16); }, -BAD_PARAM_ERROR},
+            {"three-byte tag", [&] { return AEAD_StartDecrypt(h, tag, 3); }, -BAD_PARAM_ERROR},
+            {"still nonce set", [&] { return AEAD_StartEncrypt(h); }, 0},
+            {"AAD after start", [&] { return AEAD_AddAAD(h, buf, 5); }, -MISUSE_ERROR},
+            {"no out while encrypting", [&] { return AEAD_Update(h, nullptr, 0, buf, 8); }, -BAD_PARAM_ERROR},
+            {"short out", [&] { return AEAD_Update(h, buf, 7, buf, 8); }, -SHORT_BUF_ERROR},
+            {"absent input", [&] { return AEAD_Update(h, buf, 8, nullptr, 8); }, -BAD_PARAM_ERROR},
+            {"nothing to do", [&] { return AEAD_Update(h, nullptr, 0, nullptr, 0); }, 0},
+            {"update", [&] { return AEAD_Update(h, buf, 32, buf, 20); }, 0},
+            {"decrypt finish while encrypting", [&] { return AEAD_FinishDecrypt(h); }, -MISUSE_ERROR},
+            {"tag buffer 15", [&] { return AEAD_FinishEncrypt(h, tag, 15); }, -SHORT_BUF_ERROR},
+            {"absent tag buffer", [&] { return AEAD_FinishEncrypt(h, nullptr, 16); }, -BAD_PARAM_ERROR},
+            {"finish", [&] { return AEAD_FinishEncrypt(h, tag, 16); }, 0},
+            {"finish again", [&] { return AEAD_FinishEncrypt(h, tag, 16); }, -MISUSE_ERROR},
+            {"the key survives", [&] { return AEAD_SetNonce(h, n, 12); }, 0},
+            {"decrypt with a 20-byte tag buffer", [&] { tag[0] ^= 1; return AEAD_StartDecrypt(h, tag, 20); }, 0},
+            {"update", [&] { return AEAD_Update(h, buf, 32, buf, 20); }, 0},
+            {"bad tag", [&] { return AEAD_FinishDecrypt(h); }, -AUTH_FAIL_ERROR},
+            {"key set after a bad tag", [&] { return AEAD_SetNonce(h, n, 12); }, 0},
+            {"dead handle 0", [&] { return AEAD_StartEncrypt(0); }, -INVALID_HANDLE_ERROR},
+            {"destroy", [&] { return AEAD_Destroy(h); }, 0},
+            {"destroyed", [&] { return AEAD_SetNonce(h, n, 12); }, -INVALID_HANDLE_ERROR},
+            {"destroy twice", [&] { return AEAD_Destroy(h); }, -INVALID_HANDLE_ERROR},
+        };
+        for (const Step& s : steps) EXPECT_EQ(s.call(), s.expected) << "alg " << alg << ": " << s.what;
+    }
+
+    // A handle means nothing on another thread, and a second init ends the first.
+    int32_t h = AEAD_InitKey(kKey.data(), 32, OPT_AEAD_CHACHA20_POLY1305);
+    int32_t other = 0;
+    std::thread([&] { other = AEAD_SetNonce(h, n, 12); }).join();
+    EXPECT_EQ(other, -INVALID_HANDLE_ERROR);
+    EXPECT_EQ(AEAD_SetNonce(h, n, 12), 0);
+    int32_t h2 = AEAD_InitKey(kKey.data(), 16, OPT_AEAD_AES_128_GCM);
+    ASSERT_GT(h2, 0);
+    if (h2 != h) EXPECT_EQ(AEAD_StartEncrypt(h), -INVALID_HANDLE_ERROR);
+    // A failed init ends it too, even one that returns -33.
+    EXPECT_EQ(AEAD_InitKey(kKey.data(), 31, OPT_AEAD_CHACHA20_POLY1305), -BAD_KEY_LEN_ERROR);
+    EXPECT_EQ(AEAD_SetNonce(h2, n, 12), -INVALID_HANDLE_ERROR);
+}

@@ -1,0 +1,334 @@
+// CIPHER_Stream... and PC1_: published key streams, incremental cuts, the
+// hex and file forms, and the order in which bad arguments are reported.
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <vector>
+
+#include "test_support.h"
+#include "vector_reader.h"
+
+namespace {
+using ByteVec = std::vector<uint8_t>;
+
+ByteVec Pattern(size_t n) {
+    ByteVec v(n);
+    for (size_t i = 0; i < n; ++i) v[i] = uint8_t(i * 7 + 3);
+    return v;
+}
+
+std::string TempPath(const std::string& name) {
+    return (std::filesystem::temp_directory_path() / ("vm_stream_" + std::to_string(getpid()) + "_" + name)).string();
+}
+
+void WriteFile(const std::string& path, const ByteVec& data) {
+    std::ofstream(path, std::ios::binary).write(reinterpret_cast<const char*>(data.data()), std::streamsize(data.size()));
+}
+
+ByteVec ReadFile(const std::string& path) {
+    std::ifstream in(path, std::ios::binary);
+    return ByteVec((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+}
+
+const uint8_t kKey32[32] = {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16,
+                            17, 18, 19, 20, 21, 22, 23, 24, 25, 26, 27, 28, 29, 30, 31, 32};
+const uint8_t kIv16[16] = {0xa0, 0xa1, 0xa2, 0xa3, 0xa4, 0xa5, 0xa6, 0xa7,
+                           0xa8, 0xa9, 0xaa, 0xab, 0xac, 0xad, 0xae, 0xaf};
+}  // namespace
+
+TEST(StreamVectors, ChaCha20BlockAndEncryptionFromRfc8439) {
+    auto records = ReadVectorFile("rfc/rfc8439_chacha20_poly1305.txt");
+    int checked = 0;
+    for (const auto& r : records) {
+        bool block = r.section.count("ChaCha20 block function") != 0;
+        bool encryption = r.section.count("ChaCha20 encryption") != 0;
+        if (!block && !encryption) continue;
+        ByteVec key = r.Bytes("KEY"), nonce = r.Bytes("NONCE");
+        ByteVec input = block ? ByteVec(64, 0) : r.Bytes("PLAINTEXT");
+        ByteVec expected = block ? r.Bytes("BLOCK") : r.Bytes("CIPHERTEXT");
+        ByteVec out(input.size());
+        ASSERT_EQ(CIPHER_StreamBytes(out.data(), input.data(), int32_t(input.size()), key.data(), 32, nonce.data(),
+                                     12, uint32_t(r.Int("COUNTER")), OPT_STREAM_CHACHA20),
+                  0)
+            << "line " << r.line;
+        EXPECT_EQ(ToHex(out), ToHex(expected)) << "line " << r.line;
+        ++checked;
+    }
+    EXPECT_EQ(checked, 10);
+}
+
+TEST(StreamVectors, Salsa20FromZeroBlock) {
+    // Only the records that start at block 0: the API has no counter for Salsa20.
+    int checked = 0;
+    for (const auto& r : ReadVectorFile("estream/salsa20_verified_subset.txt")) {
+        if (r.Get("COUNTER") != "0000000000000000") continue;
+        ByteVec key = r.Bytes("KEY"), iv = r.Bytes("IV"), expected = r.Bytes("STREAM");
+        size_t offset = size_t(r.Int("OFFSET"));
+        ByteVec zeros(offset + 64, 0), out(zeros.size());
+        // The counter argument is ignored for Salsa20.
+        ASSERT_EQ(CIPHER_StreamBytes(out.data(), zeros.data(), int32_t(zeros.size()), key.data(),
+                                     int32_t(key.size()), iv.data(), 8, 5, OPT_STREAM_SALSA20),
+                  0);
+        EXPECT_EQ(ToHex(out.data() + offset, 64), ToHex(expected)) << "line " << r.line;
+        ++checked;
+    }
+    EXPECT_EQ(checked, 5);
+}
+
+TEST(StreamVectors, ArcfourByBothFamilies) {
+    int checked = 0;
+    for (const auto& r : ReadVectorFile("rfc/rfc6229_arcfour_subset.txt")) {
+        ByteVec key = r.Bytes("KEY");
+        ByteVec input, expected;
+        size_t offset = 0;
+        if (r.Has("KEYSTREAM")) {
+            offset = size_t(r.Int("OFFSET"));
+            expected = r.Bytes("KEYSTREAM");
+            input.assign(offset + expected.size(), 0);
+        } else {
+            input = r.Bytes("PLAINTEXT");
+            expected = r.Bytes("CIPHERTEXT");
+        }
+        ByteVec a(input.size()), b(input.size());
+        ASSERT_EQ(PC1_Bytes(a.data(), input.data(), int32_t(input.size()), key.data(), int32_t(key.size())), 0);
+        ASSERT_EQ(CIPHER_StreamBytes(b.data(), input.data(), int32_t(input.size()), key.data(), int32_t(key.size()),
+                                     nullptr, 0, 0, OPT_STREAM_ARCFOUR),
+                  0);
+        EXPECT_EQ(ToHex(a.data() + offset, expected.size()), ToHex(expected)) << "line " << r.line;
+        EXPECT_EQ(a, b);
+        ++checked;
+    }
+    EXPECT_EQ(checked, 22);
+    // A 1-byte key is taken; the schedule steps through it cyclically.
+    ByteVec zeros(40, 0), one(40), five(40);
+    const uint8_t k1[1] = {0x5a}, k5[5] = {0x5a, 0x5a, 0x5a, 0x5a, 0x5a};
+    ASSERT_EQ(PC1_Bytes(one.data(), zeros.data(), 40, k1, 1), 0);
+    ASSERT_EQ(PC1_Bytes(five.data(), zeros.data(), 40, k5, 5), 0);
+    EXPECT_EQ(one, five);
+}
+
+TEST(StreamIncremental, EveryCutMatchesTheWholeMessage) {
+    struct Setup {
+        int32_t options, keylen, ivlen;
+        uint32_t counter;
+    };
+    const Setup setups[] = {{OPT_STREAM_SALSA20, 32, 8, 0},  {OPT_STREAM_SALSA20, 16, 8, 0},
+                            {OPT_STREAM_CHACHA20, 32, 12, 7}, {OPT_STREAM_CHACHA20, 16, 8, 1},
+                            {OPT_STREAM_CHACHA20, 32, 16, 0}, {OPT_STREAM_ARCFOUR, 13, 0, 0}};
+    const std::vector<std::vector<size_t>> cuts = {{1}, {63}, {64}, {65}, {1, 63, 64, 65}, {31, 2, 100, 7}, {300}};
+    const ByteVec msg = Pattern(300);
+    for (const Setup& s : setups) {
+        ByteVec whole(msg.size());
+        ASSERT_EQ(CIPHER_StreamBytes(whole.data(), msg.data(), int32_t(msg.size()), kKey32, s.keylen, kIv16, s.ivlen,
+                                     s.counter, s.options),
+                  0);
+        for (const auto& pattern : cuts) {
+            int32_t h = CIPHER_StreamInit(kKey32, s.keylen, kIv16, s.ivlen, s.counter, s.options);
+            ASSERT_GT(h, 0);
+            ByteVec out(msg.size());
+            size_t pos = 0;
+            for (size_t i = 0; pos < msg.size(); ++i) {
+                size_t n = std::min(pattern[i % pattern.size()], msg.size() - pos);
+                ASSERT_EQ(CIPHER_StreamUpdate(h, out.data() + pos, msg.data() + pos, int32_t(n)), 0);
+                pos += n;
+            }
+            EXPECT_EQ(out, whole) << "options " << s.options << " first cut " << pattern[0];
+            EXPECT_EQ(CIPHER_StreamFinal(h), 0);
+        }
+    }
+}
+
+TEST(StreamIncremental, HandleRules) {
+    uint8_t buf[8] = {};
+    int32_t first = CIPHER_StreamInit(kKey32, 5, nullptr, 0, 0, OPT_STREAM_ARCFOUR);  // no IV needed
+    ASSERT_GT(first, 0);
+    EXPECT_EQ(first & 1, 1);
+    EXPECT_LT(first, 1 << 30);
+    int32_t second = CIPHER_StreamInit(kKey32, 32, kIv16, 12, 0, OPT_STREAM_CHACHA20);
+    ASSERT_GT(second, 0);
+    if (first != second) EXPECT_EQ(CIPHER_StreamUpdate(first, buf, buf, 8), -INVALID_HANDLE_ERROR);
+    // Absent buffers are reported before the handle is looked at.
+    EXPECT_EQ(CIPHER_StreamUpdate(0, nullptr, buf, 8), -NULL_ERROR);
+    EXPECT_EQ(CIPHER_StreamUpdate(second, buf, buf, -1), -BAD_PARAM_ERROR);
+    EXPECT_EQ(CIPHER_StreamUpdate(second, buf, buf, 0), 0);
+    EXPECT_EQ(CIPHER_StreamFinal(second), 0);
+    EXPECT_EQ(CIPHER_StreamFinal(second), -INVALID_HANDLE_ERROR);
+    EXPECT_EQ(API_ErrorCode(), INVALID_HANDLE_ERROR);
+    EXPECT_EQ(CIPHER_StreamUpdate(second, buf, buf, 8), -INVALID_HANDLE_ERROR);
+
+    // Failed inits return 0 with the reason latched, and end the live stream.
+    struct Case {
+        const uint8_t* key;
+        int32_t keylen, ivlen, options, latched;
+    };
+    const Case cases[] = {
+        {nullptr, 32, 12, OPT_STREAM_CHACHA20, BAD_KEY_ERROR},   {kKey32, 0, 12, OPT_STREAM_CHACHA20, BAD_KEY_ERROR},
+        {kKey32, 32, 12, 4, BAD_FLAG_ERROR},                     {kKey32, 32, 12, 0, BAD_FLAG_ERROR},
+        {kKey32, 24, 12, OPT_STREAM_CHACHA20, BAD_KEY_LEN_ERROR}, {kKey32, 32, 10, OPT_STREAM_CHACHA20, BAD_IV_LEN_ERROR},
+        {kKey32, 32, 12, OPT_STREAM_SALSA20, 51},
+    };
+    for (const Case& c : cases) {
+        int32_t live = CIPHER_StreamInit(kKey32, 16, kIv16, 8, 0, OPT_STREAM_SALSA20);
+        ASSERT_GT(live, 0);
+        EXPECT_EQ(CIPHER_StreamInit(c.key, c.keylen, kIv16, c.ivlen, 0, c.options), 0);
+        EXPECT_EQ(API_ErrorCode(), c.latched) << "options " << c.options << " keylen " << c.keylen;
+        EXPECT_EQ(CIPHER_StreamUpdate(live, buf, buf, 8), -INVALID_HANDLE_ERROR);
+    }
+}
+
+TEST(StreamBytes, ResultsForBadArguments) {
+    uint8_t out[16] = {}, in[16] = {};
+    struct Case {
+        const char* what;
+        uint8_t* out;
+        int32_t inlen;
+        const uint8_t* key;
+        int32_t keylen;
+        const uint8_t* iv;
+        int32_t ivlen, options, expected;
+    };
+    const Case cases[] = {
+        {"unknown cipher", out, 16, kKey32, 32, kIv16, 12, 0, -BAD_FLAG_ERROR},
+        {"only the low four bits count", out, 16, kKey32, 32, kIv16, 12, 0x13, 0},
+        {"ARCFOUR negative length is +6", out, -1, kKey32, 5, nullptr, 0, OPT_STREAM_ARCFOUR, BAD_PARAM_ERROR},
+        {"ARCFOUR negative key length", out, 16, kKey32, -1, nullptr, 0, OPT_STREAM_ARCFOUR, BAD_PARAM_ERROR},
+        {"ARCFOUR empty key", out, 16, kKey32, 0, nullptr, 0, OPT_STREAM_ARCFOUR, BAD_PARAM_ERROR},
+        {"ARCFOUR absent key", out, 16, nullptr, 5, nullptr, 0, OPT_STREAM_ARCFOUR, BAD_PARAM_ERROR},
+        {"Salsa20 24-byte key", out, 16, kKey32, 24, kIv16, 8, OPT_STREAM_SALSA20, -BAD_KEY_LEN_ERROR},
+        {"Salsa20 12-byte IV", out, 16, kKey32, 32, kIv16, 12, OPT_STREAM_SALSA20, -51},
+        {"Salsa20 absent IV", out, 16, kKey32, 32, nullptr, 8, OPT_STREAM_SALSA20, -51},
+        {"Salsa20 absent output", nullptr, 16, kKey32, 32, kIv16, 8, OPT_STREAM_SALSA20, -BAD_PARAM_ERROR},
+        {"ChaCha20 24-byte key", out, 16, kKey32, 24, kIv16, 12, OPT_STREAM_CHACHA20, -BAD_KEY_LEN_ERROR},
+        {"ChaCha20 absent key", out, 16, nullptr, 32, kIv16, 12, OPT_STREAM_CHACHA20, -BAD_KEY_LEN_ERROR},
+        {"ChaCha20 10-byte IV", out, 16, kKey32, 32, kIv16, 10, OPT_STREAM_CHACHA20, -BAD_IV_LEN_ERROR},
+        {"ChaCha20 absent IV", out, 16, kKey32, 32, nullptr, 12, OPT_STREAM_CHACHA20, -BAD_IV_LEN_ERROR},
+        {"ChaCha20 negative length", out, -5, kKey32, 32, kIv16, 12, OPT_STREAM_CHACHA20, -BAD_PARAM_ERROR},
+        {"ChaCha20 empty message", nullptr, 0, kKey32, 32, kIv16, 12, OPT_STREAM_CHACHA20, 0},
+    };
+    for (const Case& c : cases) {
+        EXPECT_EQ(CIPHER_StreamBytes(c.out, in, c.inlen, c.key, c.keylen, c.iv, c.ivlen, 0, c.options), c.expected)
+            << c.what;
+        EXPECT_EQ(API_ErrorCode(), c.expected < 0 ? -c.expected : c.expected) << c.what;
+    }
+    EXPECT_EQ(PC1_Bytes(out, in, -1, kKey32, 5), BAD_PARAM_ERROR);
+    EXPECT_EQ(PC1_Bytes(out, in, 16, kKey32, 0), BAD_PARAM_ERROR);
+}
+
+TEST(StreamHex, ResultsAndOrderOfChecks) {
+    // RFC 8439 2.4.2 through the hex call: upper case, counter 1.
+    auto records = ReadVectorFile("rfc/rfc8439_chacha20_poly1305.txt");
+    const VectorRecord* rfc = nullptr;
+    for (const auto& r : records)
+        if (r.section.count("ChaCha20 encryption") && r.Get("SOURCE").find("2.4.2") != std::string::npos) rfc = &r;
+    ASSERT_NE(rfc, nullptr);
+    std::string pt = rfc->Get("PLAINTEXT"), expected = rfc->Get("CIPHERTEXT");
+    for (auto& ch : expected) ch = char(toupper(ch));
+    std::vector<char> out(pt.size() + 1, '#');
+    EXPECT_EQ(CIPHER_StreamHex(out.data(), int32_t(pt.size()), pt.c_str(), rfc->Get("KEY").c_str(),
+                               rfc->Get("NONCE").c_str(), 1, OPT_STREAM_CHACHA20),
+              0);
+    EXPECT_EQ(std::string(out.data()), expected);
+    // A short length cuts at whole bytes with no error; 0 leaves an empty text.
+    EXPECT_EQ(CIPHER_StreamHex(out.data(), 5, pt.c_str(), rfc->Get("KEY").c_str(), rfc->Get("NONCE").c_str(), 1,
+                               OPT_STREAM_CHACHA20),
+              0);
+    EXPECT_EQ(std::string(out.data()), expected.substr(0, 4));
+    EXPECT_EQ(CIPHER_StreamHex(out.data(), 0, pt.c_str(), rfc->Get("KEY").c_str(), rfc->Get("NONCE").c_str(), 1,
+                               OPT_STREAM_CHACHA20),
+              0);
+    EXPECT_EQ(out[0], '\0');
+
+    char buf[64];
+    const std::string key16(32, 'A'), iv8(16, '0'), iv12(24, '0');
+    struct Case {
+        const char* what;
+        char* out;
+        int32_t outlen;
+        const char* input;
+        const char* key;
+        const char* iv;
+        int32_t options, expected;
+    };
+    const Case cases[] = {
+        {"absent output first", nullptr, 63, "", nullptr, nullptr, 3, -NULL_ERROR},
+        {"empty input", buf, 63, "", key16.c_str(), iv12.c_str(), 3, -BAD_PARAM_ERROR},
+        {"absent key", buf, 63, "00", nullptr, iv12.c_str(), 3, -BAD_PARAM_ERROR},
+        {"negative length", buf, -1, "00", key16.c_str(), iv12.c_str(), 3, -BAD_PARAM_ERROR},
+        {"odd digit count", buf, 63, "ABC", key16.c_str(), iv12.c_str(), 3, -BAD_FORMAT_ERROR},
+        {"stray character", buf, 63, "AB:CD", key16.c_str(), iv12.c_str(), 3, -BAD_FORMAT_ERROR},
+        {"key without digits", buf, 63, "00", "zz", iv12.c_str(), 3, -BAD_FORMAT_ERROR},
+        {"unknown cipher after decoding", buf, 63, "00", key16.c_str(), nullptr, 9, -BAD_FLAG_ERROR},
+        {"decoding before the cipher", buf, 63, "0", key16.c_str(), nullptr, 9, -BAD_FORMAT_ERROR},
+        {"ChaCha20 without IV", buf, 63, "00", key16.c_str(), nullptr, 3, -BAD_IV_ERROR},
+        {"Salsa20 with empty IV", buf, 63, "00", key16.c_str(), "", 2, -BAD_IV_ERROR},
+        {"odd IV", buf, 63, "00", key16.c_str(), "000", 3, -BAD_FORMAT_ERROR},
+        {"ARCFOUR never reads the IV", buf, 63, "00", key16.c_str(), nullptr, 1, 0},
+        {"Salsa20 12-byte IV", buf, 63, "00", key16.c_str(), iv12.c_str(), 2, -51},
+        {"ChaCha20 3-byte key", buf, 63, "00", "000000", iv12.c_str(), 3, -BAD_KEY_LEN_ERROR},
+        {"Salsa20", buf, 63, "00", key16.c_str(), iv8.c_str(), 2, 0},
+    };
+    for (const Case& c : cases) {
+        EXPECT_EQ(CIPHER_StreamHex(c.out, c.outlen, c.input, c.key, c.iv, 0, c.options), c.expected) << c.what;
+    }
+}
+
+TEST(Pc1Hex, ResultsAndOrderOfChecks) {
+    char out[32];
+    // "Key" / "Plaintext" from the ARCFOUR vectors, through hex.
+    EXPECT_EQ(PC1_Hex(out, 31, "506C61696E74657874", "4B6579"), 0);
+    EXPECT_STREQ(out, "BBF316E8D940AF0AD3");
+    EXPECT_EQ(PC1_Hex(out, 4, "506C61696E74657874", "4B6579"), 0);
+    EXPECT_STREQ(out, "BBF3");
+    EXPECT_EQ(PC1_Hex(nullptr, 31, "", nullptr), NULL_ERROR);
+    EXPECT_EQ(PC1_Hex(out, 31, "", "4B"), BAD_PARAM_ERROR);
+    EXPECT_EQ(PC1_Hex(out, 31, "00", nullptr), BAD_PARAM_ERROR);
+    EXPECT_EQ(PC1_Hex(out, 31, "00", "xyz"), BAD_FORMAT_ERROR);  // a key text with no hex digit
+    EXPECT_EQ(PC1_Hex(out, 31, "0", "4B"), BAD_FORMAT_ERROR);
+    EXPECT_EQ(API_ErrorCode(), BAD_FORMAT_ERROR);
+}
+
+TEST(StreamFiles, RoundTripsAndFailures) {
+    const ByteVec data = Pattern(200);  // three whole chunks and a short one
+    const std::string plain = TempPath("plain"), enc = TempPath("enc"), dec = TempPath("dec");
+    const std::string missing = TempPath("missing"), badDir = TempPath("no_dir") + "/out";
+    WriteFile(plain, data);
+
+    ByteVec expected(data.size());
+    ASSERT_EQ(CIPHER_StreamBytes(expected.data(), data.data(), int32_t(data.size()), kKey32, 32, kIv16, 12, 3,
+                                 OPT_STREAM_CHACHA20),
+              0);
+    int32_t live = CIPHER_StreamInit(kKey32, 16, kIv16, 8, 0, OPT_STREAM_SALSA20);
+    ASSERT_EQ(CIPHER_StreamFile(enc.c_str(), plain.c_str(), kKey32, 32, kIv16, 12, 3, OPT_STREAM_CHACHA20), 0);
+    EXPECT_EQ(ReadFile(enc), expected);
+    uint8_t b[4] = {};
+    EXPECT_EQ(CIPHER_StreamUpdate(live, b, b, 4), -INVALID_HANDLE_ERROR);  // the file call used the slot
+    ASSERT_EQ(CIPHER_StreamFile(dec.c_str(), enc.c_str(), kKey32, 32, kIv16, 12, 3, OPT_STREAM_CHACHA20), 0);
+    EXPECT_EQ(ReadFile(dec), data);
+
+    EXPECT_EQ(CIPHER_StreamFile("", plain.c_str(), kKey32, 32, kIv16, 12, 0, 3), -BAD_PARAM_ERROR);
+    EXPECT_EQ(CIPHER_StreamFile(enc.c_str(), nullptr, kKey32, 32, kIv16, 12, 0, 3), -BAD_PARAM_ERROR);
+    EXPECT_EQ(CIPHER_StreamFile(enc.c_str(), plain.c_str(), kKey32, 0, kIv16, 12, 0, 3), -BAD_KEY_ERROR);
+    EXPECT_EQ(CIPHER_StreamFile(enc.c_str(), plain.c_str(), kKey32, 32, kIv16, 12, 0, 7), -BAD_FLAG_ERROR);
+    EXPECT_EQ(CIPHER_StreamFile(enc.c_str(), plain.c_str(), kKey32, 32, kIv16, 9, 0, 2), -51);
+    EXPECT_EQ(CIPHER_StreamFile(enc.c_str(), missing.c_str(), kKey32, 32, kIv16, 12, 0, 3), -OPEN_ERROR);
+    EXPECT_EQ(CIPHER_StreamFile(badDir.c_str(), plain.c_str(), kKey32, 32, kIv16, 12, 0, 3), -CREATE_ERROR);
+
+    // PC1_File: byte by byte, the same stream as PC1_Bytes.
+    ByteVec arc(data.size());
+    ASSERT_EQ(PC1_Bytes(arc.data(), data.data(), int32_t(data.size()), kKey32, 7), 0);
+    ASSERT_EQ(PC1_File(enc.c_str(), plain.c_str(), kKey32, 7), 0);
+    EXPECT_EQ(ReadFile(enc), arc);
+    EXPECT_EQ(PC1_File(enc.c_str(), plain.c_str(), kKey32, -1), BAD_PARAM_ERROR);
+    EXPECT_EQ(PC1_File(enc.c_str(), plain.c_str(), kKey32, 0), BAD_PARAM_ERROR);
+    EXPECT_EQ(PC1_File(enc.c_str(), missing.c_str(), kKey32, 7), OPEN_ERROR);
+    EXPECT_EQ(PC1_File(badDir.c_str(), plain.c_str(), kKey32, 7), CREATE_ERROR);
+    // An empty input file gives an empty output file.
+    WriteFile(plain, {});
+    ASSERT_EQ(CIPHER_StreamFile(enc.c_str(), plain.c_str(), kKey32, 32, kIv16, 8, 0, OPT_STREAM_SALSA20), 0);
+    EXPECT_TRUE(ReadFile(enc).empty());
+    for (const auto& p : {plain, enc, dec}) std::remove(p.c_str());
+}
