@@ -378,13 +378,248 @@ VERIMOND_API int32_t MD5_HmacHex(char *digestHex, const char *dataHex, const cha
 
 /* ---- AES128_, AES192_, AES256_ (style A) ---- */
 
+/* The per-cipher families (AES128_ ... BLF_) return 0 or a positive code;
+   their Init calls return a handle or 0. direction: non-zero encrypts, 0
+   decrypts. modeText: "ECB", "CBC", "CFB", "OFB" or "CTR", case-free, only
+   the first three letters read. Nothing pads but the file calls: output is as
+   long as the input, which must be whole blocks in ECB and CBC; CFB, OFB and
+   CTR take any length, but a part block should end a message, since its
+   unused keystream is dropped and the next call starts a new block.
+   AES keys are 16, 24 or 32 bytes by family; blocks and IVs 16 bytes. */
+/* ECB; output may be input. */
+VERIMOND_API int32_t AES128_Bytes(unsigned char *output, const unsigned char *input, int32_t length,
+                             const unsigned char *key, int32_t direction);
+/* A null modeText is NULL_ERROR, an unknown or empty one BAD_MODE_ERROR. */
+VERIMOND_API int32_t AES128_BytesMode(unsigned char *output, const unsigned char *input, int32_t length,
+                                 const unsigned char *key, int32_t direction, const char *modeText,
+                                 const unsigned char *iv);
+/* Hex in, upper-case hex out, ECB. No output length: output must hold as many
+   characters as inputHex, and a NUL. */
+VERIMOND_API int32_t AES128_Hex(char *output, const char *inputHex, const char *keyHex, int32_t direction);
+VERIMOND_API int32_t AES128_HexMode(char *output, const char *inputHex, const char *keyHex, int32_t direction,
+                               const char *modeText, const char *ivHex);
+/* Data, key and IV in Base64; output must hold the input text and a NUL. */
+VERIMOND_API int32_t AES128_B64Mode(char *output, const char *inputB64, const char *keyB64, int32_t direction,
+                               const char *modeText, const char *ivB64);
+/* File to file in 4096-byte chunks; ECB and CBC encryption always pads (PKCS#5
+   unless options name another padding). No output file is left after a
+   failure. */
+VERIMOND_API int32_t AES128_File(const char *outputFile, const char *inputFile, const unsigned char *key,
+                            int32_t direction, const char *modeText, const unsigned char *iv);
+/* options: a padding value, OPT_PREFIX_IV (the IV leads the file, not in ECB),
+   OPT_LEAVE_PADDING (decryption keeps the padding, as OPT_PAD_NONE does). */
+VERIMOND_API int32_t AES128_FileExt(const char *outputFile, const char *inputFile, const unsigned char *key,
+                               int32_t direction, const char *modeText, const unsigned char *iv,
+                               int32_t options);
+VERIMOND_API int32_t AES128_FileHex(const char *outputFile, const char *inputFile, const char *keyHex,
+                               int32_t direction, const char *modeText, const char *ivHex);
+/* A handle, or 0 (the reason from ..._InitError); either way it ends the
+   thread's earlier context of the family. */
+VERIMOND_API int32_t AES128_Init(const unsigned char *key, int32_t direction, const char *modeText,
+                            const unsigned char *iv);
+/* The key size comes from the text: 16, 24 or 32 bytes under any of the three
+   names. InitHex, Update, UpdateHex, Final and InitError are one entry under
+   all three names, over the thread's one AES context. */
+VERIMOND_API int32_t AES128_InitHex(const char *keyHex, int32_t direction, const char *modeText,
+                                    const char *ivHex);
+/* Processes data in place; each call starts on a block boundary. */
+VERIMOND_API int32_t AES128_Update(int32_t handle, unsigned char *data, int32_t length);
+/* Rewrites dataHex in place, in upper case; unchanged on failure. */
+VERIMOND_API int32_t AES128_UpdateHex(int32_t handle, char *dataHex);
+/* Wipes the context; the handle is stale afterwards. */
+VERIMOND_API int32_t AES128_Final(int32_t handle);
+/* The status of the thread's last Init of the family, failed or not. No frame:
+   the latch is left alone. */
+VERIMOND_API int32_t AES128_InitError(void);
+
+/* AES192_ and AES256_: as AES128_ with keys of 24 and 32 bytes. */
+VERIMOND_API int32_t AES192_Bytes(unsigned char *output, const unsigned char *input, int32_t length,
+                             const unsigned char *key, int32_t direction);
+VERIMOND_API int32_t AES192_BytesMode(unsigned char *output, const unsigned char *input, int32_t length,
+                                 const unsigned char *key, int32_t direction, const char *modeText,
+                                 const unsigned char *iv);
+VERIMOND_API int32_t AES192_Hex(char *output, const char *inputHex, const char *keyHex, int32_t direction);
+VERIMOND_API int32_t AES192_HexMode(char *output, const char *inputHex, const char *keyHex, int32_t direction,
+                               const char *modeText, const char *ivHex);
+VERIMOND_API int32_t AES192_B64Mode(char *output, const char *inputB64, const char *keyB64, int32_t direction,
+                               const char *modeText, const char *ivB64);
+VERIMOND_API int32_t AES192_File(const char *outputFile, const char *inputFile, const unsigned char *key,
+                            int32_t direction, const char *modeText, const unsigned char *iv);
+VERIMOND_API int32_t AES192_FileExt(const char *outputFile, const char *inputFile, const unsigned char *key,
+                               int32_t direction, const char *modeText, const unsigned char *iv,
+                               int32_t options);
+VERIMOND_API int32_t AES192_FileHex(const char *outputFile, const char *inputFile, const char *keyHex,
+                               int32_t direction, const char *modeText, const char *ivHex);
+VERIMOND_API int32_t AES192_Init(const unsigned char *key, int32_t direction, const char *modeText,
+                            const unsigned char *iv);
+VERIMOND_API int32_t AES192_InitHex(const char *keyHex, int32_t direction, const char *modeText,
+                                    const char *ivHex);
+VERIMOND_API int32_t AES192_Update(int32_t handle, unsigned char *data, int32_t length);
+VERIMOND_API int32_t AES192_UpdateHex(int32_t handle, char *dataHex);
+VERIMOND_API int32_t AES192_Final(int32_t handle);
+VERIMOND_API int32_t AES192_InitError(void);
+VERIMOND_API int32_t AES256_Bytes(unsigned char *output, const unsigned char *input, int32_t length,
+                             const unsigned char *key, int32_t direction);
+VERIMOND_API int32_t AES256_BytesMode(unsigned char *output, const unsigned char *input, int32_t length,
+                                 const unsigned char *key, int32_t direction, const char *modeText,
+                                 const unsigned char *iv);
+VERIMOND_API int32_t AES256_Hex(char *output, const char *inputHex, const char *keyHex, int32_t direction);
+VERIMOND_API int32_t AES256_HexMode(char *output, const char *inputHex, const char *keyHex, int32_t direction,
+                               const char *modeText, const char *ivHex);
+VERIMOND_API int32_t AES256_B64Mode(char *output, const char *inputB64, const char *keyB64, int32_t direction,
+                               const char *modeText, const char *ivB64);
+VERIMOND_API int32_t AES256_File(const char *outputFile, const char *inputFile, const unsigned char *key,
+                            int32_t direction, const char *modeText, const unsigned char *iv);
+VERIMOND_API int32_t AES256_FileExt(const char *outputFile, const char *inputFile, const unsigned char *key,
+                               int32_t direction, const char *modeText, const unsigned char *iv,
+                               int32_t options);
+VERIMOND_API int32_t AES256_FileHex(const char *outputFile, const char *inputFile, const char *keyHex,
+                               int32_t direction, const char *modeText, const char *ivHex);
+VERIMOND_API int32_t AES256_Init(const unsigned char *key, int32_t direction, const char *modeText,
+                            const unsigned char *iv);
+VERIMOND_API int32_t AES256_InitHex(const char *keyHex, int32_t direction, const char *modeText,
+                                    const char *ivHex);
+VERIMOND_API int32_t AES256_Update(int32_t handle, unsigned char *data, int32_t length);
+VERIMOND_API int32_t AES256_UpdateHex(int32_t handle, char *dataHex);
+VERIMOND_API int32_t AES256_Final(int32_t handle);
+VERIMOND_API int32_t AES256_InitError(void);
+
 /* ---- DES_ ---- */
+
+/* As AES128_ with an 8-byte key and 8-byte blocks and IVs. Differences: the
+   Bytes calls report a null modeText as NULL_ERROR and a negative length as
+   BAD_PARAM_ERROR, and an unknown mode word with a null IV as BAD_IV_ERROR;
+   B64Mode reports a missing argument as NULL_ERROR; InitHex reports a missing
+   key, mode or IV in TDEA_InitError (kept for compatibility). Weak keys are
+   accepted: test them with DES_CheckKey. */
+VERIMOND_API int32_t DES_Bytes(unsigned char *output, const unsigned char *input, int32_t length,
+                               const unsigned char *key, int32_t direction);
+VERIMOND_API int32_t DES_BytesMode(unsigned char *output, const unsigned char *input, int32_t length,
+                                   const unsigned char *key, int32_t direction, const char *modeText,
+                                   const unsigned char *iv);
+VERIMOND_API int32_t DES_Hex(char *output, const char *inputHex, const char *keyHex, int32_t direction);
+VERIMOND_API int32_t DES_HexMode(char *output, const char *inputHex, const char *keyHex, int32_t direction,
+                                 const char *modeText, const char *ivHex);
+VERIMOND_API int32_t DES_B64Mode(char *output, const char *inputB64, const char *keyB64, int32_t direction,
+                                 const char *modeText, const char *ivB64);
+VERIMOND_API int32_t DES_File(const char *outputFile, const char *inputFile, const unsigned char *key,
+                              int32_t direction, const char *modeText, const unsigned char *iv);
+VERIMOND_API int32_t DES_FileExt(const char *outputFile, const char *inputFile, const unsigned char *key,
+                                 int32_t direction, const char *modeText, const unsigned char *iv,
+                                 int32_t options);
+VERIMOND_API int32_t DES_FileHex(const char *outputFile, const char *inputFile, const char *keyHex,
+                                 int32_t direction, const char *modeText, const char *ivHex);
+VERIMOND_API int32_t DES_Init(const unsigned char *key, int32_t direction, const char *modeText,
+                              const unsigned char *iv);
+VERIMOND_API int32_t DES_InitHex(const char *keyHex, int32_t direction, const char *modeText,
+                                 const char *ivHex);
+VERIMOND_API int32_t DES_Update(int32_t handle, unsigned char *data, int32_t length);
+VERIMOND_API int32_t DES_UpdateHex(int32_t handle, char *dataHex);
+VERIMOND_API int32_t DES_Final(int32_t handle);
+VERIMOND_API int32_t DES_InitError(void);
+/* 0, BAD_KEY_LEN_ERROR (length not 8, 16 or 24) or WEAK_KEY_ERROR when any
+   8-byte part is a weak or semi-weak key, whatever its parity bits. */
+VERIMOND_API int32_t DES_CheckKey(const unsigned char *key, int32_t keyLength);
+/* The same for up to 48 hex digits; text that does not decode is
+   BAD_KEY_LEN_ERROR. */
+VERIMOND_API int32_t DES_CheckKeyHex(const char *keyHex);
 
 /* ---- TDEA_ ---- */
 
+/* As AES128_ with a 24-byte key K1 K2 K3 (encrypt-decrypt-encrypt) and 8-byte
+   blocks and IVs. B64Mode reports a missing argument as NULL_ERROR; FileHex
+   tests the file names first and refuses a missing IV outside ECB as
+   BAD_PARAM_ERROR. */
+VERIMOND_API int32_t TDEA_Bytes(unsigned char *output, const unsigned char *input, int32_t length,
+                                const unsigned char *key, int32_t direction);
+VERIMOND_API int32_t TDEA_BytesMode(unsigned char *output, const unsigned char *input, int32_t length,
+                                    const unsigned char *key, int32_t direction, const char *modeText,
+                                    const unsigned char *iv);
+VERIMOND_API int32_t TDEA_Hex(char *output, const char *inputHex, const char *keyHex, int32_t direction);
+VERIMOND_API int32_t TDEA_HexMode(char *output, const char *inputHex, const char *keyHex, int32_t direction,
+                                  const char *modeText, const char *ivHex);
+VERIMOND_API int32_t TDEA_B64Mode(char *output, const char *inputB64, const char *keyB64, int32_t direction,
+                                  const char *modeText, const char *ivB64);
+VERIMOND_API int32_t TDEA_File(const char *outputFile, const char *inputFile, const unsigned char *key,
+                               int32_t direction, const char *modeText, const unsigned char *iv);
+VERIMOND_API int32_t TDEA_FileExt(const char *outputFile, const char *inputFile, const unsigned char *key,
+                                  int32_t direction, const char *modeText, const unsigned char *iv,
+                                  int32_t options);
+VERIMOND_API int32_t TDEA_FileHex(const char *outputFile, const char *inputFile, const char *keyHex,
+                                  int32_t direction, const char *modeText, const char *ivHex);
+VERIMOND_API int32_t TDEA_Init(const unsigned char *key, int32_t direction, const char *modeText,
+                               const unsigned char *iv);
+VERIMOND_API int32_t TDEA_InitHex(const char *keyHex, int32_t direction, const char *modeText,
+                                  const char *ivHex);
+VERIMOND_API int32_t TDEA_Update(int32_t handle, unsigned char *data, int32_t length);
+VERIMOND_API int32_t TDEA_UpdateHex(int32_t handle, char *dataHex);
+VERIMOND_API int32_t TDEA_Final(int32_t handle);
+/* Also changed by a DES_InitHex or BLF_InitHex that lacked an argument. */
+VERIMOND_API int32_t TDEA_InitError(void);
+
 /* ---- BLF_ ---- */
 
+/* As AES128_ with Blowfish: keys of 0 to 56 bytes (keyLength follows key; a
+   length of 0 uses the one byte at key), 8-byte blocks and IVs. As DES_, the
+   Bytes calls screen a null modeText (NULL_ERROR) and negative lengths
+   (BAD_PARAM_ERROR), and InitHex reports a missing argument in
+   TDEA_InitError. Hex and Base64 keys must hold at least one byte. */
+VERIMOND_API int32_t BLF_Bytes(unsigned char *output, const unsigned char *input, int32_t length,
+                               const unsigned char *key, int32_t keyLength, int32_t direction);
+VERIMOND_API int32_t BLF_BytesMode(unsigned char *output, const unsigned char *input, int32_t length,
+                                   const unsigned char *key, int32_t keyLength, int32_t direction,
+                                   const char *modeText, const unsigned char *iv);
+VERIMOND_API int32_t BLF_Hex(char *output, const char *inputHex, const char *keyHex, int32_t direction);
+VERIMOND_API int32_t BLF_HexMode(char *output, const char *inputHex, const char *keyHex, int32_t direction,
+                                 const char *modeText, const char *ivHex);
+VERIMOND_API int32_t BLF_B64Mode(char *output, const char *inputB64, const char *keyB64, int32_t direction,
+                                 const char *modeText, const char *ivB64);
+VERIMOND_API int32_t BLF_File(const char *outputFile, const char *inputFile, const unsigned char *key,
+                              int32_t keyLength, int32_t direction, const char *modeText,
+                              const unsigned char *iv);
+VERIMOND_API int32_t BLF_FileExt(const char *outputFile, const char *inputFile, const unsigned char *key,
+                                 int32_t keyLength, int32_t direction, const char *modeText,
+                                 const unsigned char *iv, int32_t options);
+VERIMOND_API int32_t BLF_FileHex(const char *outputFile, const char *inputFile, const char *keyHex,
+                                 int32_t direction, const char *modeText, const char *ivHex);
+/* A negative keyLength is BAD_PARAM_ERROR (in BLF_InitError). */
+VERIMOND_API int32_t BLF_Init(const unsigned char *key, int32_t keyLength, int32_t direction,
+                              const char *modeText, const unsigned char *iv);
+VERIMOND_API int32_t BLF_InitHex(const char *keyHex, int32_t direction, const char *modeText,
+                                 const char *ivHex);
+VERIMOND_API int32_t BLF_Update(int32_t handle, unsigned char *data, int32_t length);
+VERIMOND_API int32_t BLF_UpdateHex(int32_t handle, char *dataHex);
+VERIMOND_API int32_t BLF_Final(int32_t handle);
+VERIMOND_API int32_t BLF_InitError(void);
+/* ECB in place on the live context with a direction of its own, whatever its
+   mode and direction; its IV register is untouched. Whole 8-byte blocks. */
+VERIMOND_API int32_t BLF_Ecb(int32_t handle, unsigned char *data, int32_t length, int32_t direction);
+/* The same on hex text, rewritten in place; the handle is tested after the
+   text is decoded. */
+VERIMOND_API int32_t BLF_EcbHex(int32_t handle, char *dataHex, int32_t direction);
+
 /* ---- PAD_ ---- */
+
+/* Style B; options: OPT_PAD_PKCS5 (also for 0, OPT_PAD_NONE and unknown
+   values), OPT_PAD_ONEANDZEROES, OPT_PAD_ANSIX923, OPT_PAD_W3C (PKCS#5 bytes,
+   only the last one checked). blockLength is 8 or 16, else -BAD_BLK_LEN_ERROR.
+   Data always gains 1 to blockLength bytes. */
+
+/* The padded length; a null output or outputLength < 1 asks for it without
+   looking at the input. input and output may overlap. */
+VERIMOND_API int32_t PAD_BytesBlock(unsigned char *output, int32_t outputLength, const unsigned char *input,
+                                    int32_t inputLength, int32_t blockLength, int32_t options);
+/* The unpadded length (may be 0); -DECRYPT_ERROR for bad padding, told in
+   time that does not depend on the bytes. There is no size query. */
+VERIMOND_API int32_t PAD_UnpadBytes(unsigned char *output, int32_t outputLength, const unsigned char *input,
+                                    int32_t inputLength, int32_t blockLength, int32_t options);
+/* Hex text padded; the input keeps its case, the padding is upper case. The
+   digits are not checked, an odd length is -BAD_FORMAT_ERROR. */
+VERIMOND_API int32_t PAD_HexBlock(char *output, int32_t outputLength, const char *inputHex,
+                                  int32_t blockLength, int32_t options);
+/* The unpadded text length; outputLength < 1 asks for it. */
+VERIMOND_API int32_t PAD_UnpadHex(char *output, int32_t outputLength, const char *inputHex,
+                                  int32_t blockLength, int32_t options);
 
 /* ------------------------------------------------------------------------ */
 /* Generic cipher interface (CIPHER_), key wrap.                             */
