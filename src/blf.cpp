@@ -24,6 +24,14 @@ int BlfEcb(int32_t handle, uint8_t* data, int32_t length, int32_t direction) {
     return BlfEcbProcess(&slot.context, data, data, size_t(length), direction);
 }
 
+// A negative keyLength is not screened; the set-up refuses it as too long.
+int BlfFileFromModeText(const char* outputFile, const char* inputFile, const uint8_t* key, int32_t keyLength,
+                        int32_t direction, const char* modeText, const uint8_t* iv, int32_t options) {
+    const int mode = ParseModeWord(modeText);
+    if (mode < 0) return BAD_MODE_ERROR;
+    return BlfFileCrypt(outputFile, inputFile, key, size_t(int64_t(keyLength)), direction, mode, iv, options);
+}
+
 }  // namespace
 
 extern "C" {
@@ -57,19 +65,16 @@ int32_t BLF_B64Mode(char* output, const char* inputB64, const char* keyB64, int3
     return LeaveCall(family::B64OneShot<BlfTraits>(output, inputB64, keyB64, direction, modeText, ivB64, 0));
 }
 
-// A negative keyLength is not screened; the set-up refuses it as too long.
 int32_t BLF_FileExt(const char* outputFile, const char* inputFile, const unsigned char* key, int32_t keyLength,
                     int32_t direction, const char* modeText, const unsigned char* iv, int32_t options) {
     EnterCall();
-    const int mode = ParseModeWord(modeText);
-    if (mode < 0) return LeaveCall(BAD_MODE_ERROR);
-    return LeaveCall(BlfFileCrypt(outputFile, inputFile, key, size_t(int64_t(keyLength)), direction, mode, iv,
-                                  options));
+    return LeaveCall(BlfFileFromModeText(outputFile, inputFile, key, keyLength, direction, modeText, iv, options));
 }
 
 int32_t BLF_File(const char* outputFile, const char* inputFile, const unsigned char* key, int32_t keyLength,
                  int32_t direction, const char* modeText, const unsigned char* iv) {
-    return BLF_FileExt(outputFile, inputFile, key, keyLength, direction, modeText, iv, 0);
+    EnterCall();
+    return LeaveCall(BlfFileFromModeText(outputFile, inputFile, key, keyLength, direction, modeText, iv, 0));
 }
 
 int32_t BLF_FileHex(const char* outputFile, const char* inputFile, const char* keyHex, int32_t direction,

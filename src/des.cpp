@@ -17,6 +17,13 @@ int DesBytes(uint8_t* output, const uint8_t* input, int32_t length, const uint8_
     return DesOneShot(output, input, length, key, iv, direction, ParseModeWord(modeText));
 }
 
+int DesFileFromModeText(const char* outputFile, const char* inputFile, const uint8_t* key, int32_t direction,
+                        const char* modeText, const uint8_t* iv, int32_t options) {
+    const int mode = ParseModeWord(modeText);
+    if (mode < 0) return BAD_MODE_ERROR;
+    return DesFileCrypt(outputFile, inputFile, key, direction, mode, iv, options);
+}
+
 }  // namespace
 
 extern "C" {
@@ -53,14 +60,13 @@ int32_t DES_B64Mode(char* output, const char* inputB64, const char* keyB64, int3
 int32_t DES_FileExt(const char* outputFile, const char* inputFile, const unsigned char* key, int32_t direction,
                     const char* modeText, const unsigned char* iv, int32_t options) {
     EnterCall();
-    const int mode = ParseModeWord(modeText);
-    if (mode < 0) return LeaveCall(BAD_MODE_ERROR);
-    return LeaveCall(DesFileCrypt(outputFile, inputFile, key, direction, mode, iv, options));
+    return LeaveCall(DesFileFromModeText(outputFile, inputFile, key, direction, modeText, iv, options));
 }
 
 int32_t DES_File(const char* outputFile, const char* inputFile, const unsigned char* key, int32_t direction,
                  const char* modeText, const unsigned char* iv) {
-    return DES_FileExt(outputFile, inputFile, key, direction, modeText, iv, 0);
+    EnterCall();
+    return LeaveCall(DesFileFromModeText(outputFile, inputFile, key, direction, modeText, iv, 0));
 }
 
 int32_t DES_FileHex(const char* outputFile, const char* inputFile, const char* keyHex, int32_t direction,

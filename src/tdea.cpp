@@ -6,6 +6,13 @@ namespace {
 
 using family::TdeaTraits;
 
+int TdeaFileFromModeText(const char* outputFile, const char* inputFile, const uint8_t* key, int32_t direction,
+                         const char* modeText, const uint8_t* iv, int32_t options) {
+    const int mode = ParseModeWord(modeText);
+    if (mode < 0) return BAD_MODE_ERROR;
+    return TdeaFileCrypt(outputFile, inputFile, key, direction, mode, iv, options);
+}
+
 }  // namespace
 
 extern "C" {
@@ -48,14 +55,13 @@ int32_t TDEA_B64Mode(char* output, const char* inputB64, const char* keyB64, int
 int32_t TDEA_FileExt(const char* outputFile, const char* inputFile, const unsigned char* key, int32_t direction,
                      const char* modeText, const unsigned char* iv, int32_t options) {
     EnterCall();
-    const int mode = ParseModeWord(modeText);
-    if (mode < 0) return LeaveCall(BAD_MODE_ERROR);
-    return LeaveCall(TdeaFileCrypt(outputFile, inputFile, key, direction, mode, iv, options));
+    return LeaveCall(TdeaFileFromModeText(outputFile, inputFile, key, direction, modeText, iv, options));
 }
 
 int32_t TDEA_File(const char* outputFile, const char* inputFile, const unsigned char* key, int32_t direction,
                   const char* modeText, const unsigned char* iv) {
-    return TDEA_FileExt(outputFile, inputFile, key, direction, modeText, iv, 0);
+    EnterCall();
+    return LeaveCall(TdeaFileFromModeText(outputFile, inputFile, key, direction, modeText, iv, 0));
 }
 
 // Parses modeText itself, after its tests of names, IV and key.

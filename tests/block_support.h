@@ -114,8 +114,9 @@ inline int32_t FileExtCall(Cipher c, const char* out, const char* in, const Byte
 // One-shot bytes call; the result as upper-case hex, or "error N".
 inline std::string Crypt(Cipher c, const ByteVec& data, const ByteVec& key, int32_t dir, const char* mode,
                          const ByteVec& iv) {
-    ByteVec out(data.size() + 1);
-    const int32_t rc = BytesModeCall(c, out.data(), data.data(), int32_t(data.size()), key, dir, mode,
+    ByteVec out(data.size() + 1), in = data;
+    in.push_back(0);  // never a null pointer, also for no data
+    const int32_t rc = BytesModeCall(c, out.data(), in.data(), int32_t(data.size()), key, dir, mode,
                                      iv.empty() ? nullptr : iv.data());
     if (rc != 0) return "error " + std::to_string(rc);
     out.resize(data.size());

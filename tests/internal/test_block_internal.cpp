@@ -1,0 +1,277 @@
+// White-box tests of the block-cipher internals: the mode engine's rules for
+// every cipher, its set-up order, the AES schedules, cipher selection, and
+// the wiping of the thread's cipher slots.
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <string>
+#include <vector>
+
+#include "block/block.h"
+#include "block/family.h"
+#include "cipher/select.h"
+#include "frame/frame.h"
+#include "test_support.h"
+
+namespace {
+
+const uint8_t kKey[32] = {0x60, 0x3d, 0xeb, 0x10, 0x15, 0xca, 0x71, 0xbe, 0x2b, 0x73, 0xae,
+                          0xf0, 0x85, 0x7d, 0x77, 0x81, 0x1f, 0x35, 0x2c, 0x07, 0x3b, 0x61,
+                          0x08, 0xd7, 0x2d, 0x98, 0x10, 0xa3, 0x09, 0x14, 0xdf, 0xf4};
+const uint8_t kIv[16] = {0xf0, 0xf1, 0xf2, 0xf3, 0xf4, 0xf5, 0xf6, 0xf7,
+                         0xf8, 0xf9, 0xfa, 0xfb, 0xfc, 0xfd, 0xfe, 0xff};
+
+// The engine of one cipher behind a common shape, for property tests.
+struct AesEngine {
+    AesContext c;
+    static constexpr size_t kBlock = 16;
+    int Setup(int mode, int dir) { return AesSetupMode(&c, mode, kKey, 24, dir, kIv); }
+    int Process(uint8_t* out, const uint8_t* in, size_t n) { return AesProcess(&c, out, in, n); }
+    std::string Register() const { return ToHex(c.iv, 16); }
+};
+struct DesEngine {
+    DesContext c;
+    static constexpr size_t kBlock = 8;
+    int Setup(int mode, int dir) { return DesSetupMode(&c, mode, kKey, dir, kIv); }
+    int Process(uint8_t* out, const uint8_t* in, size_t n) { return DesProcess(&c, out, in, n); }
+    std::string Register() const { return std::to_string(c.iv[0]) + "," + std::to_string(c.iv[1]); }
+};
+struct TdeaEngine {
+    TdeaContext c;
+    static constexpr size_t kBlock = 8;
+    int Setup(int mode, int dir) { return TdeaSetupMode(&c, mode, kKey, dir, kIv); }
+    int Process(uint8_t* out, const uint8_t* in, size_t n) { return TdeaProcess(&c, out, in, n); }
+    std::string Register() const { return std::to_string(c.iv[0]) + "," + std::to_string(c.iv[1]); }
+};
+struct BlfEngine {
+    BlfContext c;
+    static constexpr size_t kBlock = 8;
+    int Setup(int mode, int dir) { return BlfSetupMode(&c, mode, kKey, 13, dir, kIv); }
+    int Process(uint8_t* out, const uint8_t* in, size_t n) { return BlfProcess(&c, out, in, n); }
+    std::string Register() const { return std::to_string(c.iv[0]) + "," + std::to_string(c.iv[1]); }
+};
+
+// For every mode, direction and length up to three blocks and one: in place
+// equals a second buffer (bytes and register), and decryption inverts
+// encryption.
+template <class E>
+void CheckEngineProperties() {
+    for (int mode = 0; mode <= 4; ++mode) {
+        for (size_t n = 0; n <= 3 * E::kBlock + 1; ++n) {
+            if (mode <= 1 && n % E::kBlock != 0) continue;
+            SCOPED_TRACE("mode " + std::to_string(mode) + " length " + std::to_string(n));
+            std::vector<uint8_t> plain(n + 1);
+            for (size_t i = 0; i < plain.size(); ++i) plain[i] = uint8_t(i * 13 + 1);
+            std::vector<uint8_t> encrypted(n + 1, 0xA5), inPlace = plain, decrypted(n + 1, 0xA5);
+            E separate{}, shared{}, back{};  // ECB leaves the register as it was
+            ASSERT_EQ(separate.Setup(mode, 1), 0);
+            ASSERT_EQ(shared.Setup(mode, 1), 0);
+            ASSERT_EQ(back.Setup(mode, 0), 0);
+            ASSERT_EQ(separate.Process(encrypted.data(), plain.data(), n), 0);
+            ASSERT_EQ(shared.Process(inPlace.data(), inPlace.data(), n), 0);
+            EXPECT_EQ(ToHex(inPlace.data(), n), ToHex(encrypted.data(), n));
+            EXPECT_EQ(separate.Register(), shared.Register());
+            EXPECT_EQ(encrypted[n], 0xA5) << "wrote past the end";
+            ASSERT_EQ(back.Process(decrypted.data(), encrypted.data(), n), 0);
+            EXPECT_EQ(ToHex(decrypted.data(), n), ToHex(plain.data(), n));
+            E backInPlace{};
+            ASSERT_EQ(backInPlace.Setup(mode, 0), 0);
+            ASSERT_EQ(backInPlace.Process(encrypted.data(), encrypted.data(), n), 0);
+            EXPECT_EQ(ToHex(encrypted.data(), n), ToHex(plain.data(), n));
+        }
+    }
+}
+
+}  // namespace
+
+TEST(BlockEngine, InPlaceEqualsSeparateAndDecryptInverts) {
+    CheckEngineProperties<AesEngine>();
+    CheckEngineProperties<DesEngine>();
+    CheckEngineProperties<TdeaEngine>();
+    CheckEngineProperties<BlfEngine>();
+}
+
+TEST(BlockEngine, CounterCarryAndWrap) {
+    uint8_t data[48] = {};
+    AesContext aes;
+    const uint8_t allOnes[16] = {0xff, 0xff, 0xff, 0xff, 0xff, 0xff, 0xff, 0xff,
+                                 0xff, 0xff, 0xff, 0xff, 0xff, 0xff, 0xff, 0xff};
+    ASSERT_EQ(AesSetupMode(&aes, kModeCtr, kKey, 16, 1, allOnes), 0);
+    ASSERT_EQ(AesProcess(&aes, data, data, 16), 0);
+    EXPECT_EQ(ToHex(aes.iv, 16), std::string(32, '0'));
+    // A part block still advances the counter: 17 bytes count two.
+    uint8_t low[16] = {};
+    low[14] = 0xff;
+    low[15] = 0xff;
+    ASSERT_EQ(AesSetupMode(&aes, kModeCtr, kKey, 16, 0, low), 0);
+    ASSERT_EQ(AesProcess(&aes, data, data, 17), 0);
+    EXPECT_EQ(ToHex(aes.iv, 16), "00000000000000000000000000010001");
+    // The 64-bit ciphers carry from the low word into the high word.
+    TdeaContext tdea;
+    const uint8_t iv8[8] = {0x01, 0x23, 0x45, 0x67, 0xff, 0xff, 0xff, 0xff};
+    ASSERT_EQ(TdeaSetupMode(&tdea, kModeCtr, kKey, 1, iv8), 0);
+    ASSERT_EQ(TdeaProcess(&tdea, data, data, 8), 0);
+    EXPECT_EQ(tdea.iv[0], 0x01234568u);
+    EXPECT_EQ(tdea.iv[1], 0u);
+    EXPECT_EQ(tdea.initialIv[1], 0xffffffffu);
+}
+
+TEST(BlockEngine, LengthsAndModesRefused) {
+    uint8_t data[32] = {};
+    AesContext aes;
+    ASSERT_EQ(AesSetupMode(&aes, kModeCbc, kKey, 32, 1, kIv), 0);
+    EXPECT_EQ(AesProcess(&aes, data, data, 0), 0);
+    EXPECT_EQ(ToHex(aes.iv, 16), ToHex(kIv, 16));
+    EXPECT_EQ(AesProcess(&aes, data, data, 17), BAD_LENGTH_ERROR);
+    EXPECT_EQ(ToHex(aes.iv, 16), ToHex(kIv, 16));
+    aes.mode = 7;
+    EXPECT_EQ(AesProcess(&aes, data, data, 16), BAD_MODE_ERROR);
+    BlfContext blf;
+    ASSERT_EQ(BlfSetupMode(&blf, kModeOfb, kKey, 8, 1, kIv), 0);
+    EXPECT_EQ(BlfEcbProcess(&blf, data, data, 12, 1), BAD_LENGTH_ERROR);
+}
+
+// CFB with a part block: the sides agree on the bytes, but the encrypt
+// register keeps keystream where the decrypt register keeps zeros.
+TEST(BlockEngine, CfbPartBlockRegisters) {
+    uint8_t data[5] = {1, 2, 3, 4, 5}, back[5];
+    AesContext enc, dec;
+    ASSERT_EQ(AesSetupMode(&enc, kModeCfb, kKey, 16, 1, kIv), 0);
+    ASSERT_EQ(AesSetupMode(&dec, kModeCfb, kKey, 16, 0, kIv), 0);
+    ASSERT_EQ(AesProcess(&enc, data, data, 5), 0);
+    ASSERT_EQ(AesProcess(&dec, back, data, 5), 0);
+    EXPECT_EQ(ToHex(back, 5), "0102030405");
+    EXPECT_EQ(ToHex(enc.iv, 5), ToHex(dec.iv, 5));
+    EXPECT_EQ(ToHex(dec.iv + 5, 11), std::string(22, '0'));
+    EXPECT_NE(ToHex(enc.iv + 5, 11), std::string(22, '0'));
+}
+
+TEST(BlockEngine, SetupOrder) {
+    AesContext aes;
+    EXPECT_EQ(AesSetupMode(&aes, 9, kKey, 16, 1, nullptr), BAD_IV_ERROR);
+    EXPECT_EQ(AesSetupMode(&aes, 9, kKey, 16, 1, kIv), BAD_MODE_ERROR);
+    EXPECT_EQ(AesSetupMode(&aes, kModeEcb, kKey, 20, 7, nullptr), BAD_KEY_LEN_ERROR);
+    EXPECT_EQ(aes.direction, 7u);  // stored raw, before the key test
+    EXPECT_EQ(AesSetupMode(&aes, kModeEcb, nullptr, 16, 1, nullptr), BAD_KEY_ERROR);
+    DesContext des;
+    EXPECT_EQ(DesSetupMode(&des, kModeCbc, nullptr, 1, nullptr), BAD_IV_ERROR);
+    EXPECT_EQ(DesSetupMode(&des, kModeCbc, nullptr, 1, kIv), BAD_KEY_ERROR);
+    BlfContext blf;
+    EXPECT_EQ(BlfSetupMode(&blf, kModeEcb, kKey, 57, 1, nullptr), BAD_KEY_LEN_ERROR);
+    EXPECT_EQ(BlfSetupMode(&blf, kModeEcb, kKey, 56, 1, nullptr), 0);
+}
+
+TEST(BlockEngine, AesSchedules) {
+    uint32_t rk[60];
+    EXPECT_EQ(AesSetEncryptKey(rk, kKey, 128), 10);
+    EXPECT_EQ(AesSetEncryptKey(rk, kKey, 192), 12);
+    EXPECT_EQ(AesSetEncryptKey(rk, kKey, 256), 14);
+    EXPECT_EQ(AesSetEncryptKey(rk, kKey, 160), 0);
+    // Last round key of the FIPS 197 key expansion example (A.1).
+    const auto key = FromHex("2b7e151628aed2a6abf7158809cf4f3c");
+    AesSetEncryptKey(rk, key.data(), 128);
+    EXPECT_EQ(rk[40], 0xd014f9a8u);
+    EXPECT_EQ(rk[43], 0xb6630ca6u);
+    // Any alignment; the encryption schedule does not decrypt.
+    uint8_t buffer[40] = {}, copy[16];
+    for (int i = 0; i < 16; ++i) buffer[3 + i] = uint8_t(i);
+    std::memcpy(copy, buffer + 3, 16);
+    AesEncryptBlock(rk, 10, buffer + 3, buffer + 21);
+    AesDecryptBlock(rk, 10, buffer + 21, buffer + 21);
+    EXPECT_NE(ToHex(buffer + 21, 16), ToHex(copy, 16));
+    uint32_t dk[60];
+    EXPECT_EQ(AesSetDecryptKey(dk, key.data(), 128), 10);
+    AesEncryptBlock(rk, 10, buffer + 3, buffer + 21);
+    AesDecryptBlock(dk, 10, buffer + 21, buffer + 21);
+    EXPECT_EQ(ToHex(buffer + 21, 16), ToHex(copy, 16));
+}
+
+TEST(CipherSelect, ModeWordsAndAlgorithmStrings) {
+    const struct {
+        const char* text;
+        int mode;
+    } words[] = {{"cbc", 1}, {"CBC", 1}, {"CbC", 1}, {"cbcd", 1}, {"ecb", 0}, {"cfb", 2}, {"OFB", 3},
+                 {"ctr", 4}, {"cb", -1}, {"c c", -1}, {"1bc", -1}, {"", -1}, {nullptr, -1}, {"abc", -1}};
+    for (const auto& w : words) EXPECT_EQ(ParseModeWord(w.text), w.mode) << (w.text ? w.text : "null");
+    const struct {
+        std::string text;
+        int32_t word;
+    } strings[] = {
+        {"Aes 128 / CBC / PKCS5Padding", 0x20120},
+        {"aes256", 0x40},
+        {"des", -1},
+        {"desede", 0x10},
+        {"desede3", 0x10},
+        {"3des", 0x10},
+        {"tdea", 0x10},
+        {"desede3cbc", 0x110},
+        {"desedecbc", 0x110},
+        {"aes128ctrpkcs5", 0x20420},
+        {"aes128cbcnopad", 0x10120},
+        {"aes192-ofb-w3c", 0x50230},
+        {"aes128/cfb/oneandzeroes", 0x30320},
+        {"aes128/pkcs5", -1},
+        {"aes128/cbc/pkcs5/x", -1},
+        {"aes128cbc" + std::string(70, ' '), 0x120},
+        {"aes128cbc" + std::string(61, 'x'), -1},
+        {"aes128\xe9", -1},
+        {"", -1},
+    };
+    for (const auto& s : strings) EXPECT_EQ(ParseAlgorithmString(s.text.c_str()), s.word) << s.text;
+}
+
+TEST(CipherSelect, SelectionAndOptionWord) {
+    int32_t cipher = 0, mode = 0, options = 0;
+    EXPECT_EQ(SelectCipher(&cipher, &mode, &options, "aes128", OPT_CIPHER_AES128), -BAD_FLAG_ERROR);
+    EXPECT_EQ(SelectCipher(&cipher, &mode, &options, "", OPT_MODE_CBC), -BAD_FLAG_ERROR);
+    EXPECT_EQ(SelectCipher(&cipher, &mode, &options, "aes", 0), -BAD_PARAM_ERROR);
+    EXPECT_EQ(SelectCipher(&cipher, &mode, &options, nullptr, 0x520), -BAD_MODE_ERROR);
+    EXPECT_EQ(mode, -1);
+    // The string gives the selection, the word keeps its flags.
+    ASSERT_EQ(SelectCipher(&cipher, &mode, &options, "tdea/ofb", OPT_PREFIX_IV | OPT_PAD_W3C | OPT_MODE_CTR), 0);
+    EXPECT_EQ(cipher, OPT_CIPHER_TDEA);
+    EXPECT_EQ(mode, 3);
+    EXPECT_EQ(options, OPT_PREFIX_IV | OPT_CIPHER_TDEA | OPT_MODE_OFB);
+    ASSERT_EQ(SelectCipher(&cipher, &mode, nullptr, nullptr, 0x60350 | OPT_LEAVE_PADDING), 0);
+    EXPECT_EQ(cipher, 0x50);  // an unused cipher value passes here
+    EXPECT_EQ(mode, 2);
+    EXPECT_EQ(CipherBlockSize(0x50), -1);
+    EXPECT_EQ(CipherBlockSize(OPT_CIPHER_AES192), 16);
+
+    EXPECT_EQ(EffectivePadding(OPT_MODE_ECB), OPT_PAD_PKCS5);
+    EXPECT_EQ(EffectivePadding(OPT_MODE_CBC | OPT_PAD_ANSIX923), OPT_PAD_ANSIX923);
+    EXPECT_EQ(EffectivePadding(OPT_MODE_CBC | OPT_PAD_NONE), 0);
+    EXPECT_EQ(EffectivePadding(OPT_MODE_CBC | 0x60000), 0);
+    EXPECT_EQ(EffectivePadding(OPT_MODE_CTR | OPT_PAD_PKCS5), 0);
+
+    EXPECT_EQ(CheckKeyAndIv(OPT_CIPHER_AES256, 1, 32, 16), 0);
+    EXPECT_EQ(CheckKeyAndIv(OPT_CIPHER_AES256, 1, 24, 16), -BAD_KEY_LEN_ERROR);
+    EXPECT_EQ(CheckKeyAndIv(OPT_CIPHER_TDEA, 4, 24, 16), -BAD_IV_LEN_ERROR);
+    EXPECT_EQ(CheckKeyAndIv(OPT_CIPHER_TDEA, 0, 24, -5), 0);
+    EXPECT_EQ(CheckKeyAndIv(0x50, 0, 24, 0), -INTERNAL_ERROR);
+}
+
+namespace {
+template <class T>
+bool AllZero(const T& object) {
+    const auto* p = reinterpret_cast<const uint8_t*>(&object);
+    for (size_t i = 0; i < sizeof object; ++i)
+        if (p[i] != 0) return false;
+    return true;
+}
+}  // namespace
+
+TEST(BlockSlots, WipedAfterFinalAndFailedInit) {
+    ContextArea* area = GetContextArea();
+    const int32_t h = family::Init<family::BlfTraits>(kKey, 16, 1, "CBC", kIv);
+    ASSERT_NE(h, 0);
+    EXPECT_FALSE(AllZero(area->blf.context));
+    ASSERT_EQ(family::Final<family::BlfTraits>(h), 0);
+    EXPECT_TRUE(AllZero(area->blf.context));
+    EXPECT_EQ(area->blf.handle, 0u);
+
+    ASSERT_NE(family::Init<family::AesTraits>(kKey, 16, 1, "OFB", kIv), 0);
+    EXPECT_EQ(family::Init<family::AesTraits>(kKey, 20, 1, "OFB", kIv), 0);
+    EXPECT_EQ(area->aes.lastInitResult, BAD_KEY_LEN_ERROR);
+    EXPECT_TRUE(AllZero(area->aes.context));
+}
