@@ -30,8 +30,9 @@ void AesDecryptBlock(const uint32_t* schedule, int rounds, const uint8_t* input,
 // key). iv may be null in ECB; otherwise 16 bytes are read.
 int AesSetupMode(AesContext* context, int32_t mode, const uint8_t* key, size_t keyLength,
                  int32_t direction, const uint8_t* iv);
-// 0, BAD_LENGTH_ERROR (ECB/CBC and not whole blocks) or BAD_MODE_ERROR.
-// output and input are the same buffer or do not overlap.
+// 0, BAD_LENGTH_ERROR (ECB/CBC and not whole blocks), BAD_MODE_ERROR, or
+// NULL_ERROR for a null buffer with data. output and input are the same
+// buffer or do not overlap. The register carries over to the next call.
 int AesProcess(AesContext* context, uint8_t* output, const uint8_t* input, size_t length);
 // Zeroes the whole record; null is ignored.
 void AesWipeContext(AesContext* context);

@@ -172,16 +172,16 @@ int B64OneShot(char* output, const char* inputB64, const char* keyB64, int32_t d
     if (output == nullptr || IsEmpty(inputB64) || IsEmpty(keyB64) || IsEmpty(modeText)) return T::kB64MissingCode;
     const int mode = ParseModeWord(modeText);
     if (mode < 0) return BAD_MODE_ERROR;
-    uint8_t iv[B] = {};
-    if (mode != 0 && (IsEmpty(ivB64) || Base64DecodeLoose(iv, B, ivB64) != B)) {
-        SecureWipe(iv, B);
+    // Key and IV get one spare group of room, so that a text too long shows
+    // as a wrong length rather than being cut to size.
+    uint8_t iv[B + 3] = {};
+    if (mode != 0 && (IsEmpty(ivB64) || Base64DecodeLoose(iv, sizeof iv, ivB64) != B)) {
+        SecureWipe(iv, sizeof iv);
         return BAD_IV_ERROR;
     }
     const size_t textLength = std::strlen(inputB64);
     const size_t capacity = (textLength + 3) / 4 * 3 + 1;
     uint8_t* block = static_cast<uint8_t*>(SafeAlloc(capacity));
-    // One spare group of room, so that a key one group too long shows as a
-    // wrong length rather than being cut to size.
     uint8_t key[T::kKeyCapacity + 3] = {};
     int status = 0;
     const size_t n = Base64DecodeLoose(block, capacity, inputB64);
@@ -199,7 +199,7 @@ int B64OneShot(char* output, const char* inputB64, const char* keyB64, int32_t d
         }
     }
     SecureWipe(key, sizeof key);
-    SecureWipe(iv, B);
+    SecureWipe(iv, sizeof iv);
     SafeWipeFree(block, capacity);
     return status;
 }
