@@ -6,6 +6,7 @@
 #include "frame/selftest.h"
 #include "rng/drbg.h"
 #include "rng/entropy.h"
+#include "util/cpu.h"
 
 namespace {
 // Thread attach, run here for the thread that loads the library; other
@@ -29,6 +30,7 @@ bool RunLoadChecks() {
 }
 
 bool ProcessAttach(bool runChecks) {
+    CpuDetect();  // before the self-tests, so they test the paths in use
     if (!FrameCreateTls()) return false;
     if (runChecks) {
         if (!ModuleIntegrityOk()) return false;  // reports on its own
