@@ -6,6 +6,7 @@
 #include "frame/frame.h"
 #include "frame/memory.h"
 #include "stream/stream_calls.h"
+#include "util/same_file.h"
 #include "util/wipe.h"
 #include "verimond.h"
 
@@ -99,6 +100,7 @@ int32_t StreamHex(char* outHex, int32_t outHexLength, const char* inputHex, cons
 int32_t StreamFile(const char* outFile, const char* inFile, const uint8_t* key, int32_t keyLength,
                    const uint8_t* iv, int32_t ivLength, uint32_t counter, int32_t options) {
     if (IsEmpty(outFile) || IsEmpty(inFile)) return -BAD_PARAM_ERROR;
+    if (SameFile(outFile, inFile)) return -DUP_ERROR;  // the output would truncate the input
     // The thread's own stream slot serves: a live stream of this thread ends here.
     StreamSlot* slot = &GetContextArea()->stream;
     if (StreamInitSlot(slot, key, keyLength, iv, ivLength, counter, options) == 0) {
@@ -121,20 +123,24 @@ int32_t StreamFile(const char* outFile, const char* inFile, const uint8_t* key, 
         size_t n = std::fread(chunk, 1, sizeof chunk, in);
         if (n != 0) {
             StreamUpdateSlot(slot, chunk, chunk, int32_t(n));
-            std::fwrite(chunk, 1, n, out);
+            if (std::fwrite(chunk, 1, n, out) != n) break;
         }
         if (n < sizeof chunk) break;
     }
     SecureWipe(chunk, sizeof chunk);
     StreamFinalSlot(slot);
+    bool readFailed = std::ferror(in) != 0;
+    bool writeFailed = std::ferror(out) != 0;
     std::fclose(in);
-    return std::fclose(out) != 0 ? -WRITE_ERROR : 0;
+    if (std::fclose(out) != 0 || writeFailed) return -WRITE_ERROR;
+    return readFailed ? -READ_ERROR : 0;
 }
 
 int32_t Pc1File(const char* outFile, const char* inFile, const uint8_t* key, int32_t keyLength) {
     // An empty key would leave the schedule nothing to step through; absent
     // names and key are refused rather than dereferenced.
     if (keyLength < 1 || key == nullptr || outFile == nullptr || inFile == nullptr) return BAD_PARAM_ERROR;
+    if (SameFile(outFile, inFile)) return DUP_ERROR;  // the output would truncate the input
     FILE* in = std::fopen(inFile, "rb");
     if (in == nullptr) return OPEN_ERROR;
     FILE* out = std::fopen(outFile, "wb");
@@ -144,14 +150,18 @@ int32_t Pc1File(const char* outFile, const char* inFile, const uint8_t* key, int
     }
     ArcfourState state;
     ArcfourSetup(&state, key, size_t(keyLength));
-    for (int c; (c = std::fgetc(in)) != EOF;) {
-        uint8_t byte = uint8_t(c);
-        ArcfourXor(&state, &byte, &byte, 1);
-        std::fputc(byte, out);
+    uint8_t chunk[4096];
+    bool writeFailed = false;
+    for (size_t n; !writeFailed && (n = std::fread(chunk, 1, sizeof chunk, in)) != 0;) {
+        ArcfourXor(&state, chunk, chunk, n);
+        writeFailed = std::fwrite(chunk, 1, n, out) != n;
     }
     WipeObject(state);
+    SecureWipe(chunk, sizeof chunk);
+    bool readFailed = std::ferror(in) != 0;
     std::fclose(in);
-    return std::fclose(out) != 0 ? WRITE_ERROR : 0;
+    if (std::fclose(out) != 0 || writeFailed) return WRITE_ERROR;
+    return readFailed ? READ_ERROR : 0;
 }
 
 int32_t Pc1Hex(char* outHex, int32_t outHexLength, const char* inputHex, const char* keyHex) {
