@@ -368,9 +368,88 @@ VERIMOND_API int32_t MD5_HmacHex(char *digestHex, const char *dataHex, const cha
 
 /* ---- MAC_ ---- */
 
+/* Options: OPT_HMAC_* (only the low four bits count), OPT_CMAC_* (bit 0x100;
+   exact key lengths 24, 16, 24, 32), OPT_MAC_POLY1305 (32-byte key),
+   OPT_KMAC_128 and OPT_KMAC_256 (empty custom string). Every result, a length
+   too, is left in API_ErrorCode(). */
+
+/* The code, cut to outputLength; a null output or a length of 0 returns the
+   code length. KMAC alone is never cut: a short buffer is -SHORT_BUF_ERROR. */
+VERIMOND_API int32_t MAC_Bytes(unsigned char *output, int32_t outputLength,
+                               const unsigned char *message, int32_t messageLength,
+                               const unsigned char *key, int32_t keyLength, int32_t options);
+/* Lower-case hex cut to whole bytes; twice the code length with no output.
+   A bad HMAC digest number returns -34 with no output, and with one writes
+   outputLength/2 zero bytes as hex and returns the digit count. */
+VERIMOND_API int32_t MAC_HexFromBytes(char *output, int32_t outputLength,
+                                      const unsigned char *message, int32_t messageLength,
+                                      const unsigned char *key, int32_t keyLength, int32_t options);
+/* As MAC_HexFromBytes over hex texts (even runs of hex digits only, else
+   -BAD_FORMAT_ERROR). An empty key text is -BAD_KEY_LEN_ERROR, except for
+   KMAC, where it is the empty key. */
+VERIMOND_API int32_t MAC_HexFromHex(char *output, int32_t outputLength, const char *messageHex,
+                                    const char *keyHex, int32_t options);
+/* Opens the thread's MAC stream: HMAC over SHA-1, SHA-2 or SHA-3 only (the
+   low twelve bits must name one exactly). Returns a handle, or 0 with
+   BAD_PARAM_ERROR (no key or an empty one; an open stream survives) or
+   NOT_SUPPORTED_ERROR latched. */
+VERIMOND_API int32_t MAC_Init(const unsigned char *key, int32_t keyLength, int32_t options);
+/* 0, -INVALID_HANDLE_ERROR, or -BAD_PARAM_ERROR (a null data is refused even
+   with length 0). */
+VERIMOND_API int32_t MAC_AddBytes(int32_t handle, const unsigned char *data, int32_t dataLength);
+/* Bytes written (the code cut to outputLength); ends the stream. A null
+   output or a length below 1 is -BAD_PARAM_ERROR, tested before the handle. */
+VERIMOND_API int32_t MAC_Final(unsigned char *output, int32_t outputLength, int32_t handle);
+/* Code length of the open stream, or -INVALID_HANDLE_ERROR. */
+VERIMOND_API int32_t MAC_CodeLength(int32_t handle);
+/* Ends the stream (it does not restart it): 0 or -INVALID_HANDLE_ERROR. */
+VERIMOND_API int32_t MAC_Reset(int32_t handle);
+
 /* ---- XOF_Bytes, PRF_Bytes ---- */
 
+/* outputLength bytes of OPT_XOF_SHAKE128/256, OPT_XOF_ASCON_XOF/XOFA or
+   MGF1 (OPT_XOF_MGF1_*: 0x210 with the digest number of SHA-1 or a SHA-2 in
+   the low four bits). Returns outputLength; there is no size query. MGF1
+   refuses an outputLength of 0 (-BAD_PARAM_ERROR), SHAKE returns 0. */
+VERIMOND_API int32_t XOF_Bytes(unsigned char *output, int32_t outputLength,
+                               const unsigned char *message, int32_t messageLength, int32_t options);
+/* outputLength bytes of KMAC128/256 (OPT_KMAC_128, OPT_KMAC_256) with key
+   and a zero-terminated customString ("" for none), or of SHAKE
+   (OPT_XOF_SHAKE128/256), which ignores key and customString. A null message
+   is -BAD_PARAM_ERROR even with length 0. */
+VERIMOND_API int32_t PRF_Bytes(unsigned char *output, int32_t outputLength,
+                               const unsigned char *message, int32_t messageLength,
+                               const unsigned char *key, int32_t keyLength,
+                               const char *customString, int32_t options);
+
 /* ---- PBE_ ---- */
+
+/* PBKDF2 with HMAC over OPT_HASH_SHA1, _SHA224, _SHA256, _SHA384 or _SHA512
+   (low four bits; others give BAD_PARAM_ERROR). Style A: 0 or a POSITIVE
+   code. Password and salt must not be empty. The output is zeroed first. */
+VERIMOND_API int32_t PBE_Kdf2(unsigned char *derivedKey, int32_t derivedKeyLength,
+                              const unsigned char *password, int32_t passwordLength,
+                              const unsigned char *salt, int32_t saltLength,
+                              int32_t iterations, int32_t options);
+/* As PBE_Kdf2 with a text password and a hex salt (both may be empty); the
+   key is written in UPPER-case hex and never cut: hexLength below twice
+   derivedKeyLength is SHORT_BUF_ERROR. */
+VERIMOND_API int32_t PBE_Kdf2Hex(char *derivedKeyHex, int32_t hexLength, int32_t derivedKeyLength,
+                                 const char *password, const char *saltHex, int32_t iterations,
+                                 int32_t options);
+/* scrypt; style B: 0 or a NEGATIVE code. costN a power of two, at least 2;
+   out-of-range parameters give -OUT_OF_RANGE_ERROR, work memory that cannot
+   be had -MEMORY_ERROR. options is not read. */
+VERIMOND_API int32_t PBE_Scrypt(unsigned char *derivedKey, int32_t derivedKeyLength,
+                                const unsigned char *password, int32_t passwordLength,
+                                const unsigned char *salt, int32_t saltLength,
+                                int32_t costN, int32_t blockSizeR, int32_t parallelP, int32_t options);
+/* As PBE_Scrypt with a text password and a hex salt; UPPER-case hex output,
+   never cut (-SHORT_BUF_ERROR). */
+VERIMOND_API int32_t PBE_ScryptHex(char *derivedKeyHex, int32_t hexLength, int32_t derivedKeyLength,
+                                   const char *password, const char *saltHex,
+                                   int32_t costN, int32_t blockSizeR, int32_t parallelP,
+                                   int32_t options);
 
 /* ------------------------------------------------------------------------ */
 /* Block ciphers.                                                            */
