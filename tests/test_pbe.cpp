@@ -1,9 +1,11 @@
 // PBE_ calls: RFC 6070 and RFC 7914 vectors, PBKDF2 over SHA-2 and small
 // scrypt cases against reference outputs, the two result styles and the
-// order of every check.
+// order of every check. VERIMOND_SLOW_TESTS adds the 2^24-round PBKDF2 and
+// the 1 GiB scrypt vectors.
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 
+#include <cctype>
 #include <cstdlib>
 #include <string>
 #include <vector>
@@ -12,283 +14,168 @@
 #include "vector_reader.h"
 
 namespace {
-// "\0" in the RFC 6070 file stands for one zero byte.
-std::string Unescape(std::string s) {
-    for (size_t at; (at = s.find("\\0")) != std::string::npos;) s.replace(at, 2, std::string(1, '\0'));
-    return s;
-}
+using Vec = std::vector<uint8_t>;
 
 std::string Upper(std::string s) {
     for (char& c : s) c = char(std::toupper(static_cast<unsigned char>(c)));
     return s;
 }
 
-std::string HexText(const std::string& raw) { return ToHex(Bytes(raw), raw.size()); }
-
-bool SlowTestsWanted() { return std::getenv("VERIMOND_SLOW_TESTS") != nullptr; }
-
-int32_t DigestOption(const std::string& section) {
-    if (section == "PBKDF2-SHA224") return OPT_HASH_SHA224;
-    if (section == "PBKDF2-SHA256") return OPT_HASH_SHA256;
-    if (section == "PBKDF2-SHA384") return OPT_HASH_SHA384;
-    return OPT_HASH_SHA512;
+// The key through the bytes form, and checked against the hex form.
+std::string Kdf2(const Vec& password, const Vec& salt, long iterations, size_t length, int32_t options) {
+    Vec key(length);
+    int32_t rc = PBE_Kdf2(key.data(), int32_t(length), password.data(), int32_t(password.size()), salt.data(),
+                          int32_t(salt.size()), int32_t(iterations), options);
+    if (rc != 0) return "error " + std::to_string(rc);
+    std::string hex(2 * length + 1, 'x'), text(password.begin(), password.end());
+    if (text.find('\0') == std::string::npos) {
+        EXPECT_EQ(PBE_Kdf2Hex(hex.data(), int32_t(2 * length), int32_t(length), text.c_str(), ToHex(salt).c_str(),
+                              int32_t(iterations), options), 0);
+        EXPECT_EQ(hex.c_str(), Upper(ToHex(key))) << "upper case, unlike the MAC_ hex";
+    }
+    return ToHex(key);
 }
+
+std::string Scrypt(const Vec& password, const Vec& salt, const VectorRecord& r) {
+    const size_t length = size_t(r.Int("LENGTH"));
+    const int32_t n = int32_t(r.Int("N")), blockSize = int32_t(r.Int("r")), parallel = int32_t(r.Int("p"));
+    Vec key(length);
+    int32_t rc = PBE_Scrypt(key.data(), int32_t(length), password.data(), int32_t(password.size()), salt.data(),
+                            int32_t(salt.size()), n, blockSize, parallel, 0x7F);
+    if (rc != 0) return "error " + std::to_string(rc);
+    std::string hex(2 * length + 1, 'x'), text(password.begin(), password.end());
+    if (text.find('\0') != std::string::npos) return ToHex(key);
+    EXPECT_EQ(PBE_ScryptHex(hex.data(), int32_t(2 * length), int32_t(length), text.c_str(), ToHex(salt).c_str(), n,
+                            blockSize, parallel, 0), 0);
+    EXPECT_EQ(hex.c_str(), Upper(ToHex(key)));
+    return ToHex(key);
+}
+
+Vec Text(const std::string& s) {
+    Vec v(s.begin(), s.end());
+    // "\0" in the RFC 6070 file stands for one zero byte.
+    for (size_t i = 0; i + 1 < v.size(); ++i)
+        if (v[i] == '\\' && v[i + 1] == '0') v.erase(v.begin() + long(i) + 1), v[i] = 0;
+    return v;
+}
+
+bool Slow() { return std::getenv("VERIMOND_SLOW_TESTS") != nullptr; }
 }  // namespace
 
-TEST(PbeKdf2, Rfc6070) {
-    auto records = ReadVectorFile("rfc/rfc6070_pbkdf2_hmac_sha1.txt");
-    ASSERT_EQ(records.size(), 6u);
-    for (const VectorRecord& r : records) {
-        const long iterations = r.Int("ITERATIONS");
-        if (iterations > 100000 && !SlowTestsWanted()) continue;  // 2^24 rounds: set VERIMOND_SLOW_TESTS
-        const std::string password = Unescape(r.Get("PASSWORD")), salt = Unescape(r.Get("SALT"));
-        std::vector<uint8_t> key(size_t(r.Int("LENGTH")));
-        ASSERT_EQ(PBE_Kdf2(key.data(), int32_t(key.size()), Bytes(password), Len(password), Bytes(salt),
-                           Len(salt), int32_t(iterations), OPT_HASH_SHA1),
-                  0);
-        EXPECT_EQ(ToHex(key), r.Get("DERIVED_KEY")) << r.line;
-        if (password.find('\0') != std::string::npos) continue;
-        std::string hex(2 * key.size() + 1, 'x');
-        EXPECT_EQ(PBE_Kdf2Hex(hex.data(), int32_t(2 * key.size()), int32_t(key.size()), password.c_str(),
-                              HexText(salt).c_str(), int32_t(iterations), OPT_HASH_SHA1),
-                  0);
-        EXPECT_EQ(hex.c_str(), Upper(r.Get("DERIVED_KEY"))) << "upper case, unlike the MAC_ hex";
+TEST(Pbe, PublishedAndReferenceKeys) {
+    auto rfc6070 = ReadVectorFile("rfc/rfc6070_pbkdf2_hmac_sha1.txt");
+    ASSERT_EQ(rfc6070.size(), 6u);
+    for (const VectorRecord& r : rfc6070) {
+        if (r.Int("ITERATIONS") > 100000 && !Slow()) continue;
+        EXPECT_EQ(Kdf2(Text(r.Get("PASSWORD")), Text(r.Get("SALT")), r.Int("ITERATIONS"), size_t(r.Int("LENGTH")), 0),
+                  r.Get("DERIVED_KEY")) << r.line;
     }
-}
-
-TEST(PbeKdf2, Sha2ReferenceOutputs) {
+    auto rfc7914 = ReadVectorFile("rfc/rfc7914_scrypt.txt");
+    ASSERT_EQ(rfc7914.size(), 4u);
+    for (const VectorRecord& r : rfc7914) {
+        if (r.Int("N") > (1 << 14) && !Slow()) continue;
+        EXPECT_EQ(Scrypt(Text(r.Get("PASSWORD")), Text(r.Get("SALT")), r), r.Get("DERIVED_KEY")) << r.line;
+    }
     int checked = 0;
     for (const VectorRecord& r : ReadVectorFile("mac_reference.txt")) {
         const std::string name = r.section.begin()->first;
-        if (name.rfind("PBKDF2-", 0) != 0) continue;
-        const std::vector<uint8_t> password = r.Bytes("PASSWORD"), salt = r.Bytes("SALT");
-        std::vector<uint8_t> key(size_t(r.Int("LENGTH")));
-        ASSERT_EQ(PBE_Kdf2(key.data(), int32_t(key.size()), password.data(), int32_t(password.size()), salt.data(),
-                           int32_t(salt.size()), int32_t(r.Int("ITERATIONS")), DigestOption(name) | 0x30),
-                  0);
-        EXPECT_EQ(ToHex(key), r.Get("DERIVED_KEY")) << r.line;
+        if (name == "SCRYPT") {
+            EXPECT_EQ(Scrypt(r.Bytes("PASSWORD"), r.Bytes("SALT"), r), r.Get("DERIVED_KEY")) << r.line;
+        } else if (name.rfind("PBKDF2-", 0) == 0) {
+            const int32_t option = name == "PBKDF2-SHA224" ? 6 : name == "PBKDF2-SHA256" ? 3 : name == "PBKDF2-SHA384" ? 4 : 5;
+            EXPECT_EQ(Kdf2(r.Bytes("PASSWORD"), r.Bytes("SALT"), r.Int("ITERATIONS"), size_t(r.Int("LENGTH")), option | 0x30),
+                      r.Get("DERIVED_KEY")) << r.line;
+        } else {
+            continue;
+        }
         ++checked;
     }
-    EXPECT_EQ(checked, 16);
+    EXPECT_EQ(checked, 20);
 }
 
-TEST(PbeKdf2, ResultCodesArePositive) {
+TEST(Pbe, Kdf2ResultCodesArePositive) {
     uint8_t out[20];
-    const uint8_t* p = Bytes("pw");
-    const uint8_t* s = Bytes("salt");
-    struct Case {
-        uint8_t* key;
-        int32_t keyLength;
-        const uint8_t* password;
-        int32_t passwordLength;
-        const uint8_t* salt;
-        int32_t saltLength, iterations, options, result;
-    } cases[] = {
-        {nullptr, 20, p, 2, s, 4, 1, 0, NULL_ERROR},
-        {out, 20, nullptr, 2, s, 4, 1, 0, NULL_ERROR},
-        {out, 20, p, 2, nullptr, 4, 1, 0, NULL_ERROR},
-        {out, 0, nullptr, 0, s, 4, 1, 0, NULL_ERROR},  // pointers before lengths
-        {out, 0, p, 2, s, 4, 1, 0, BAD_PARAM_ERROR},
-        {out, 20, p, 0, s, 4, 1, 0, BAD_PARAM_ERROR},
-        {out, 20, p, 2, s, 0, 1, 0, BAD_PARAM_ERROR},
-        {out, 20, p, 2, s, 4, 0, 0, BAD_PARAM_ERROR},
-        {out, 20, p, 2, s, 4, -1, 0, BAD_PARAM_ERROR},
-        {out, -20, p, 2, s, 4, 1, 0, BAD_PARAM_ERROR},
-        // Only SHA-1 and SHA-2; other digests are a bad parameter, not a flag.
-        {out, 20, p, 2, s, 4, 1, OPT_HASH_MD5, BAD_PARAM_ERROR},
-        {out, 20, p, 2, s, 4, 1, OPT_HASH_SHA3_256, BAD_PARAM_ERROR},
-        {out, 20, p, 2, s, 4, 1, OPT_HASH_RMD160, BAD_PARAM_ERROR},
-        {out, 20, p, 2, s, 4, 1, 0x13, 0},
-    };
+    const uint8_t *p = Bytes("pw"), *s = Bytes("salt");
+    struct Case { uint8_t* key; int32_t keyLen; const uint8_t* pw; int32_t pwLen; const uint8_t* salt; int32_t saltLen, iterations, options, result; };
+    const Case cases[] = {
+        {nullptr, 20, p, 2, s, 4, 1, 0, 14}, {out, 20, nullptr, 2, s, 4, 1, 0, 14}, {out, 20, p, 2, nullptr, 4, 1, 0, 14},
+        {out, 0, nullptr, 0, s, 4, 1, 0, 14},  // pointers before lengths
+        {out, 0, p, 2, s, 4, 1, 0, 6}, {out, 20, p, 0, s, 4, 1, 0, 6}, {out, 20, p, 2, s, 0, 1, 0, 6},
+        {out, 20, p, 2, s, 4, 0, 0, 6}, {out, 20, p, 2, s, 4, -1, 0, 6}, {out, -20, p, 2, s, 4, 1, 0, 6},
+        // SHA-1 and SHA-2 only; others are a bad parameter, not a bad flag.
+        {out, 20, p, 2, s, 4, 1, 1, 6}, {out, 20, p, 2, s, 4, 1, 2, 6}, {out, 20, p, 2, s, 4, 1, 7, 6},
+        {out, 20, p, 2, s, 4, 1, 10, 6}, {out, 20, p, 2, s, 4, 1, 0x13, 0}};
     for (const Case& c : cases) {
         std::fill(std::begin(out), std::end(out), 0xEE);
-        EXPECT_EQ(PBE_Kdf2(c.key, c.keyLength, c.password, c.passwordLength, c.salt, c.saltLength, c.iterations,
-                           c.options),
-                  c.result)
-            << "row " << (&c - cases);
+        EXPECT_EQ(PBE_Kdf2(c.key, c.keyLen, c.pw, c.pwLen, c.salt, c.saltLen, c.iterations, c.options), c.result) << &c - cases;
         EXPECT_EQ(API_ErrorCode(), c.result);
         if (c.result != 0) EXPECT_EQ(out[0], 0xEE) << "nothing written on a screening failure";
     }
     // 0x13 acts as SHA-256; a one-byte key is the first byte of a whole block.
-    uint8_t one, full[32];
-    EXPECT_EQ(PBE_Kdf2(&one, 1, p, 2, s, 4, 3, OPT_HASH_SHA256), 0);
-    EXPECT_EQ(PBE_Kdf2(full, 32, p, 2, s, 4, 3, 0x13), 0);
-    EXPECT_EQ(one, full[0]);
+    EXPECT_EQ(Kdf2({'p'}, {'s'}, 3, 1, OPT_HASH_SHA256), Kdf2({'p'}, {'s'}, 3, 32, 0x13).substr(0, 2));
 }
 
-TEST(PbeKdf2, HexForm) {
-    char out[100];
-    struct Case {
-        int32_t hexLength, keyLength;
-        const char* password;
-        const char* saltHex;
-        int32_t iterations, options, result;
-    } cases[] = {
-        {40, 20, nullptr, "00", 1, 0, NULL_ERROR},
-        {40, 20, "pw", nullptr, 1, 0, NULL_ERROR},
-        {0, 20, "pw", "00", 1, 0, BAD_PARAM_ERROR},
-        {40, 0, "pw", "00", 1, 0, BAD_PARAM_ERROR},
-        {40, 20, "pw", "00", 0, 0, BAD_PARAM_ERROR},
-        // Never cut: a short buffer is an error.
-        {39, 20, "pw", "00", 1, 0, SHORT_BUF_ERROR},
-        // The salt: loose decoding that must use every digit.
-        {40, 20, "pw", "abc", 1, 0, BAD_FORMAT_ERROR},
-        {40, 20, "pw", "ab:cd", 1, 0, BAD_FORMAT_ERROR},
-        {40, 20, "pw", "zz", 1, 0, BAD_FORMAT_ERROR},
-        {40, 20, "pw", "ABcd", 1, 0, 0},
-        // Empty password and salt are allowed here.
-        {40, 20, "", "", 1, 0, 0},
-        {40, 20, "pw", "00", 1, OPT_HASH_SHA3_512, BAD_PARAM_ERROR},
-        {99, 20, "pw", "00", 1, 0, 0},
-    };
-    for (const Case& c : cases) {
-        std::snprintf(out, sizeof out, "untouched");
-        EXPECT_EQ(PBE_Kdf2Hex(out, c.hexLength, c.keyLength, c.password, c.saltHex, c.iterations, c.options), c.result)
-            << "row " << (&c - cases);
-        if (c.result != 0) EXPECT_STREQ(out, "untouched");
-        if (c.result == 0) EXPECT_EQ(std::string(out).size(), 2 * size_t(c.keyLength));
-    }
-    // The hex form derives what the bytes form derives.
-    uint8_t key[20];
-    ASSERT_EQ(PBE_Kdf2(key, 20, Bytes("pw"), 2, Bytes("\xab\xcd"), 2, 5, OPT_HASH_SHA224), 0);
-    ASSERT_EQ(PBE_Kdf2Hex(out, 40, 20, "pw", "abCD", 5, OPT_HASH_SHA224), 0);
-    EXPECT_EQ(std::string(out), Upper(ToHex(key, 20)));
-}
-
-TEST(PbeScrypt, Rfc7914) {
-    auto records = ReadVectorFile("rfc/rfc7914_scrypt.txt");
-    ASSERT_EQ(records.size(), 4u);
-    for (const VectorRecord& r : records) {
-        const int32_t n = int32_t(r.Int("N"));
-        if (n > (1 << 14) && !SlowTestsWanted()) continue;  // 1 GiB: set VERIMOND_SLOW_TESTS
-        const std::string password = r.Get("PASSWORD"), salt = r.Get("SALT");
-        std::vector<uint8_t> key(size_t(r.Int("LENGTH")));
-        ASSERT_EQ(PBE_Scrypt(key.data(), int32_t(key.size()), Bytes(password), Len(password), Bytes(salt), Len(salt), n,
-                             int32_t(r.Int("r")), int32_t(r.Int("p")), 0),
-                  0);
-        EXPECT_EQ(ToHex(key), r.Get("DERIVED_KEY")) << r.line;
-        std::string hex(2 * key.size() + 1, 'x');
-        ASSERT_EQ(PBE_ScryptHex(hex.data(), int32_t(2 * key.size()), int32_t(key.size()), password.c_str(),
-                                HexText(salt).c_str(), n, int32_t(r.Int("r")), int32_t(r.Int("p")), 0),
-                  0);
-        EXPECT_EQ(hex.c_str(), Upper(r.Get("DERIVED_KEY")));
-    }
-}
-
-TEST(PbeScrypt, ReferenceOutputs) {
-    int checked = 0;
-    for (const VectorRecord& r : ReadVectorFile("mac_reference.txt")) {
-        if (!r.section.count("SCRYPT")) continue;
-        const std::vector<uint8_t> password = r.Bytes("PASSWORD"), salt = r.Bytes("SALT");
-        std::vector<uint8_t> key(size_t(r.Int("LENGTH")));
-        ASSERT_EQ(PBE_Scrypt(key.data(), int32_t(key.size()), password.data(), int32_t(password.size()), salt.data(),
-                             int32_t(salt.size()), int32_t(r.Int("N")), int32_t(r.Int("r")), int32_t(r.Int("p")), 0x7F),
-                  0);
-        EXPECT_EQ(ToHex(key), r.Get("DERIVED_KEY")) << r.line;
-        ++checked;
-    }
-    EXPECT_EQ(checked, 4);
-}
-
-TEST(PbeScrypt, ResultCodesAreNegative) {
+TEST(Pbe, ScryptResultCodesAreNegative) {
     uint8_t out[16];
-    const uint8_t* p = Bytes("pw");
-    const uint8_t* s = Bytes("salt");
-    struct Case {
-        uint8_t* key;
-        int32_t keyLength;
-        const uint8_t* password;
-        int32_t passwordLength;
-        const uint8_t* salt;
-        int32_t saltLength, n, r, par, result;
-    } cases[] = {
-        {nullptr, 16, p, 2, s, 4, 16, 1, 1, -NULL_ERROR},
-        {out, 16, nullptr, 2, s, 4, 16, 1, 1, -NULL_ERROR},
-        {out, 16, p, 2, nullptr, 4, 16, 1, 1, -NULL_ERROR},
-        {out, 0, nullptr, 2, s, 4, 16, 1, 1, -NULL_ERROR},
-        {out, 0, p, 2, s, 4, 16, 1, 1, -BAD_PARAM_ERROR},
-        {out, 16, p, 2, s, 4, 0, 1, 1, -BAD_PARAM_ERROR},
-        {out, 16, p, 2, s, 4, 16, 0, 1, -BAD_PARAM_ERROR},
-        {out, 16, p, 2, s, 4, 16, 1, 0, -BAD_PARAM_ERROR},
-        {out, 0, p, 2, s, 4, 3, 0, 1, -BAD_PARAM_ERROR},  // zeros before ranges
-        {out, -16, p, 2, s, 4, 16, 1, 1, -BAD_PARAM_ERROR},
+    const uint8_t *p = Bytes("pw"), *s = Bytes("salt");
+    struct Case { uint8_t* key; int32_t keyLen; const uint8_t* pw; int32_t pwLen; const uint8_t* salt; int32_t saltLen, n, r, par, result; };
+    const Case cases[] = {
+        {nullptr, 16, p, 2, s, 4, 16, 1, 1, -14}, {out, 16, nullptr, 2, s, 4, 16, 1, 1, -14},
+        {out, 16, p, 2, nullptr, 4, 16, 1, 1, -14}, {out, 0, nullptr, 2, s, 4, 16, 1, 1, -14},
+        {out, 0, p, 2, s, 4, 16, 1, 1, -6}, {out, 16, p, 2, s, 4, 0, 1, 1, -6}, {out, 16, p, 2, s, 4, 16, 0, 1, -6},
+        {out, 16, p, 2, s, 4, 16, 1, 0, -6}, {out, 0, p, 2, s, 4, 3, 0, 1, -6}, {out, -16, p, 2, s, 4, 16, 1, 1, -6},
         // Ranges, read unsigned.
-        {out, 16, p, 2, s, 4, 1, 1, 1, -OUT_OF_RANGE_ERROR},
-        {out, 16, p, 2, s, 4, 3, 1, 1, -OUT_OF_RANGE_ERROR},
-        {out, 16, p, 2, s, 4, 24, 1, 1, -OUT_OF_RANGE_ERROR},
-        {out, 16, p, 2, s, 4, -16, 1, 1, -OUT_OF_RANGE_ERROR},
-        {out, 16, p, 2, s, 4, 1024, 0x10000, 1, -OUT_OF_RANGE_ERROR},  // 1024 > 0x1FFFFFF / 0x10000
-        {out, 16, p, 2, s, 4, 16, 0x2000000, 1, -OUT_OF_RANGE_ERROR},
-        {out, 16, p, 2, s, 4, 16, -1, 1, -OUT_OF_RANGE_ERROR},
-        {out, 16, p, 2, s, 4, 16, 8, 0x8000000, -OUT_OF_RANGE_ERROR},  // p >= 0x40000000 / r
-        {out, 16, p, 2, s, 4, 16, 1, -1, -OUT_OF_RANGE_ERROR},
-        {out, 16, p, 2, s, 4, 0x1000000, 2, 1, -OUT_OF_RANGE_ERROR},
-        // Empty password and salt with or without pointers.
-        {out, 16, nullptr, 0, nullptr, 0, 2, 1, 1, 0},
-        {out, 16, p, 0, s, 0, 2, 1, 1, 0},
-    };
+        {out, 16, p, 2, s, 4, 1, 1, 1, -11}, {out, 16, p, 2, s, 4, 3, 1, 1, -11}, {out, 16, p, 2, s, 4, 24, 1, 1, -11},
+        {out, 16, p, 2, s, 4, -16, 1, 1, -11}, {out, 16, p, 2, s, 4, 1024, 0x10000, 1, -11},
+        {out, 16, p, 2, s, 4, 16, 0x2000000, 1, -11}, {out, 16, p, 2, s, 4, 16, -1, 1, -11},
+        {out, 16, p, 2, s, 4, 16, 8, 0x8000000, -11}, {out, 16, p, 2, s, 4, 16, 1, -1, -11},
+        {out, 16, p, 2, s, 4, 0x1000000, 2, 1, -11},
+        // Empty password and salt, with pointers or without.
+        {out, 16, nullptr, 0, nullptr, 0, 2, 1, 1, 0}, {out, 16, p, 0, s, 0, 2, 1, 1, 0}};
     for (const Case& c : cases) {
         std::fill(std::begin(out), std::end(out), 0xEE);
-        EXPECT_EQ(PBE_Scrypt(c.key, c.keyLength, c.password, c.passwordLength, c.salt, c.saltLength, c.n, c.r, c.par, 0),
-                  c.result)
-            << "row " << (&c - cases);
+        EXPECT_EQ(PBE_Scrypt(c.key, c.keyLen, c.pw, c.pwLen, c.salt, c.saltLen, c.n, c.r, c.par, 0), c.result) << &c - cases;
         EXPECT_EQ(API_ErrorCode(), -c.result);
         if (c.result != 0) EXPECT_EQ(out[0], 0xEE);
     }
-    // Pointers with length 0 are the empty inputs.
-    uint8_t a[16], b[16];
-    ASSERT_EQ(PBE_Scrypt(a, 16, nullptr, 0, nullptr, 0, 4, 2, 1, 0), 0);
-    ASSERT_EQ(PBE_Scrypt(b, 16, p, 0, s, 0, 4, 2, 1, 0), 0);
-    EXPECT_EQ(ToHex(a, 16), ToHex(b, 16));
 }
 
-TEST(PbeScrypt, MemoryRefusalIsAResult) {
-    // p x r x 128 bytes for B, 128 GiB here, beyond any address-space limit
-    // this process runs under; the limit makes the refusal certain.
-    rlimit saved;
+TEST(Pbe, HexForms) {
+    // PBKDF2 (positive codes, options SHA-1) and scrypt (negative, N 16, r 1, p 1) side by side.
+    struct Case { int32_t hexLen, keyLen; const char* pw; const char* saltHex; int32_t count, kdf2, scrypt; } cases[] = {
+        {32, 16, nullptr, "00", 16, 14, -14}, {32, 16, "pw", nullptr, 16, 14, -14}, {0, 16, "pw", "00", 16, 6, -6},
+        {32, 0, "pw", "00", 16, 6, -6}, {32, 16, "pw", "00", 0, 6, -6},
+        {31, 16, "pw", "00", 16, 30, -30},  // never cut
+        // The salt: loose decoding that must use every digit.
+        {32, 16, "pw", "abc", 16, 7, -7}, {32, 16, "pw", "ab:cd", 16, 7, -7}, {32, 16, "pw", "zz", 16, 7, -7},
+        {32, 16, "pw", "0g", 3, 7, -7}, {32, 16, "pw", "00", 3, 0, -11},
+        // Empty password and salt are allowed here.
+        {32, 16, "", "", 16, 0, 0}, {33, 16, "pw", "ABcd", 16, 0, 0}};
+    for (const Case& c : cases) {
+        char a[40] = "untouched", b[40] = "untouched";
+        EXPECT_EQ(PBE_Kdf2Hex(a, c.hexLen, c.keyLen, c.pw, c.saltHex, c.count, 0), c.kdf2) << &c - cases;
+        EXPECT_EQ(PBE_ScryptHex(b, c.hexLen, c.keyLen, c.pw, c.saltHex, c.count, 1, 1, 0), c.scrypt) << &c - cases;
+        EXPECT_EQ(std::string(a).size(), c.kdf2 == 0 ? 2 * size_t(c.keyLen) : 9u);
+        EXPECT_EQ(std::string(b).size(), c.scrypt == 0 ? 2 * size_t(c.keyLen) : 9u);
+    }
+    char a[40];
+    EXPECT_EQ(PBE_Kdf2Hex(a, 32, 16, "pw", "00", 1, OPT_HASH_SHA3_512), BAD_PARAM_ERROR);
+}
+
+TEST(Pbe, ScryptMemoryRefusalIsAResult) {
+    // B takes p x r x 128 bytes, 128 GiB here; an address-space limit makes
+    // the refusal certain.
+    rlimit saved, tight;
     ASSERT_EQ(getrlimit(RLIMIT_AS, &saved), 0);
-    rlimit tight = saved;
+    tight = saved;
     tight.rlim_cur = rlim_t(16) << 30;
     if (saved.rlim_max != RLIM_INFINITY && saved.rlim_max < tight.rlim_cur) tight.rlim_cur = saved.rlim_max;
     ASSERT_EQ(setrlimit(RLIMIT_AS, &tight), 0);
     uint8_t out[16];
-    int32_t result = PBE_Scrypt(out, 16, Bytes("pw"), 2, Bytes("s"), 1, 2, 8, 0x8000000 - 1, 0);
     char hex[33];
-    int32_t hexResult = PBE_ScryptHex(hex, 32, 16, "pw", "00", 2, 8, 0x8000000 - 1, 0);
+    int32_t bytes = PBE_Scrypt(out, 16, Bytes("pw"), 2, Bytes("s"), 1, 2, 8, 0x8000000 - 1, 0);
+    int32_t text = PBE_ScryptHex(hex, 32, 16, "pw", "00", 2, 8, 0x8000000 - 1, 0);
     setrlimit(RLIMIT_AS, &saved);
-    EXPECT_EQ(result, -MEMORY_ERROR);
-    EXPECT_EQ(hexResult, -MEMORY_ERROR);
-}
-
-TEST(PbeScrypt, HexForm) {
-    char out[100];
-    struct Case {
-        int32_t hexLength, keyLength;
-        const char* password;
-        const char* saltHex;
-        int32_t n, r, p, result;
-    } cases[] = {
-        {32, 16, nullptr, "00", 16, 1, 1, -NULL_ERROR},
-        {32, 16, "pw", nullptr, 16, 1, 1, -NULL_ERROR},
-        {0, 16, "pw", "00", 16, 1, 1, -BAD_PARAM_ERROR},
-        {32, 0, "pw", "00", 16, 1, 1, -BAD_PARAM_ERROR},
-        {32, 16, "pw", "00", 0, 1, 1, -BAD_PARAM_ERROR},
-        {31, 16, "pw", "00", 16, 1, 1, -SHORT_BUF_ERROR},
-        {32, 16, "pw", "0", 16, 1, 1, -BAD_FORMAT_ERROR},
-        {32, 16, "pw", "0 0", 16, 1, 1, -BAD_FORMAT_ERROR},
-        {32, 16, "pw", "0g", 3, 1, 1, -BAD_FORMAT_ERROR},  // salt before ranges
-        {32, 16, "pw", "00", 3, 1, 1, -OUT_OF_RANGE_ERROR},
-        {32, 16, "", "", 16, 1, 1, 0},
-        {33, 16, "pw", "00ff", 16, 1, 1, 0},
-    };
-    for (const Case& c : cases) {
-        std::snprintf(out, sizeof out, "untouched");
-        EXPECT_EQ(PBE_ScryptHex(out, c.hexLength, c.keyLength, c.password, c.saltHex, c.n, c.r, c.p, 0), c.result)
-            << "row " << (&c - cases);
-        if (c.result != 0) EXPECT_STREQ(out, "untouched");
-    }
-    uint8_t key[16];
-    const uint8_t salt[2] = {0x00, 0xff};
-    ASSERT_EQ(PBE_Scrypt(key, 16, Bytes("pw"), 2, salt, 2, 16, 1, 1, 0), 0);
-    EXPECT_EQ(std::string(out), Upper(ToHex(key, 16)));
+    EXPECT_EQ(bytes, -MEMORY_ERROR);
+    EXPECT_EQ(text, -MEMORY_ERROR);
 }
