@@ -13,7 +13,7 @@
 
 // The HMAC branch of MacBytes; checks only the option (-BAD_FLAG_ERROR for
 // nibbles 2, 8, 9, 14, 15). Copies min(outputLength, code length) bytes when
-// output and outputLength are both non-zero and returns that count; else
+// output is present and outputLength above 0 and returns that count; else
 // returns the code length. PBKDF2 and others may pass the digest length.
 int32_t HmacBytes(uint8_t* output, int32_t outputLength, const uint8_t* message, int32_t messageLength,
                   const uint8_t* key, int32_t keyLength, int32_t options);

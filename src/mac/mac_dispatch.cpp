@@ -79,7 +79,8 @@ int32_t HmacBytes(uint8_t* output, int32_t outputLength, const uint8_t* message,
     int32_t length = HmacByOption(code, message, uint32_t(messageLength), key, uint32_t(keyLength), options);
     if (length < 0) return length;
     int32_t result = length;
-    if (output != nullptr && outputLength != 0) {
+    // The export has refused a negative outputLength; here it asks for the size.
+    if (output != nullptr && outputLength > 0) {
         result = outputLength < length ? outputLength : length;
         std::memcpy(output, code, size_t(result));
     }
