@@ -706,9 +706,108 @@ VERIMOND_API int32_t PAD_UnpadHex(char *output, int32_t outputLength, const char
 
 /* ---- CIPHER_ one-shot ---- */
 
+/* Triple DES and AES, named by algorithmText ("aes128/cbc/pkcs5", "tdea-ctr"
+   ...) or by the OPT_CIPHER_ | OPT_MODE_ | OPT_PAD_ bits of options, never
+   both. ECB and CBC pad (PKCS#5 unless options or the text name another
+   padding, OPT_PAD_NONE for none); CFB, OFB and CTR never do. With
+   OPT_PREFIX_IV the IV travels as the first block of the ciphertext. Style B:
+   a length or minus a code, and the latch keeps the length as well. */
+
+/* The ciphertext length. A null output or outputLength < 1 asks for it,
+   after the key and IV length checks but before input and key are looked at.
+   output may be input when padding is on. ECB with OPT_PREFIX_IV still copies
+   a block from iv: a null iv there is -NULL_ERROR. */
+VERIMOND_API int32_t CIPHER_EncryptBytes(unsigned char *output, int32_t outputLength, const unsigned char *input,
+                                         int32_t inputLength, const unsigned char *key, int32_t keyLength,
+                                         const unsigned char *iv, int32_t ivLength, const char *algorithmText,
+                                         int32_t options);
+/* The plaintext length. A padded query decrypts in full, so it is exact and
+   a wrong key or padding (-DECRYPT_ERROR) shows in it; a buffer as long as
+   the plaintext suffices (when the buffer is shorter than the ciphertext, a
+   temporary block is used; one above 1 GiB is -MEMORY_ERROR). With
+   OPT_PREFIX_IV, iv and ivLength are ignored. */
+VERIMOND_API int32_t CIPHER_DecryptBytes(unsigned char *output, int32_t outputLength, const unsigned char *input,
+                                         int32_t inputLength, const unsigned char *key, int32_t keyLength,
+                                         const unsigned char *iv, int32_t ivLength, const char *algorithmText,
+                                         int32_t options);
+/* The same entries as CIPHER_EncryptBytes and CIPHER_DecryptBytes. */
+VERIMOND_API int32_t CIPHER_EncryptBytes2(unsigned char *output, int32_t outputLength, const unsigned char *input,
+                                          int32_t inputLength, const unsigned char *key, int32_t keyLength,
+                                          const unsigned char *iv, int32_t ivLength, const char *algorithmText,
+                                          int32_t options);
+VERIMOND_API int32_t CIPHER_DecryptBytes2(unsigned char *output, int32_t outputLength, const unsigned char *input,
+                                          int32_t inputLength, const unsigned char *key, int32_t keyLength,
+                                          const unsigned char *iv, int32_t ivLength, const char *algorithmText,
+                                          int32_t options);
+/* Hex in, upper-case hex out: the number of result characters. A query (null
+   outputHex or outputHexLength < 1) gives twice the byte query's result, a
+   negative code doubled too (-66 for a wrong key length). Characters past
+   the returned length may follow in a larger buffer; nothing is written for
+   an empty result. Bad hex is -INVALID_DATA_ERROR. */
+VERIMOND_API int32_t CIPHER_EncryptHex(char *outputHex, int32_t outputHexLength, const char *inputHex,
+                                       const char *keyHex, const char *ivHex, const char *algorithmText,
+                                       int32_t options);
+VERIMOND_API int32_t CIPHER_DecryptHex(char *outputHex, int32_t outputHexLength, const char *inputHex,
+                                       const char *keyHex, const char *ivHex, const char *algorithmText,
+                                       int32_t options);
+/* File to file: 0, a negative code from the selection or the key and IV
+   length checks, or a positive code of the file routine (see AES128_File).
+   ECB and CBC encryption always pad, OPT_PAD_NONE too; decryption with
+   OPT_PAD_NONE or OPT_LEAVE_PADDING keeps the padding. One file named twice,
+   under any path, is DUP_ERROR. */
+VERIMOND_API int32_t CIPHER_FileEncrypt(const char *outputFile, const char *inputFile, const unsigned char *key,
+                                        int32_t keyLength, const unsigned char *iv, int32_t ivLength,
+                                        const char *algorithmText, int32_t options);
+VERIMOND_API int32_t CIPHER_FileDecrypt(const char *outputFile, const char *inputFile, const unsigned char *key,
+                                        int32_t keyLength, const unsigned char *iv, int32_t ivLength,
+                                        const char *algorithmText, int32_t options);
+
 /* ---- CIPHER_ stateful ---- */
 
+/* One context per thread, no padding and no IV prefix; the IV carries over
+   between calls as in the per-cipher families. */
+
+/* A handle, or 0 with the reason in API_ErrorCode(); either way the earlier
+   context has ended. The set-up itself is not checked: a null key or IV with
+   the right length still gives a handle. */
+VERIMOND_API int32_t CIPHER_Init(int32_t direction, const char *algorithmText, const unsigned char *key,
+                                 int32_t keyLength, const unsigned char *iv, int32_t ivLength, int32_t options);
+/* As CIPHER_Init; a missing key text or text that is not hex fails without
+   ending the earlier context. */
+VERIMOND_API int32_t CIPHER_InitHex(int32_t direction, const char *algorithmText, const char *keyHex,
+                                    const char *ivHex, int32_t options);
+/* 0 or minus a code, but +BAD_LENGTH_ERROR (26) for data that is not whole
+   blocks in ECB or CBC, which leaves the context as it was: test for
+   non-zero. output may be input. A negative inputLength is -BAD_PARAM_ERROR,
+   a null input with data -NULL_ERROR. */
+VERIMOND_API int32_t CIPHER_Update(int32_t handle, unsigned char *output, int32_t outputLength,
+                                   const unsigned char *input, int32_t inputLength);
+/* As CIPHER_Update in upper-case hex. An empty input gives 0 and an empty
+   text whatever the handle. An odd number of digits ends the process. */
+VERIMOND_API int32_t CIPHER_UpdateHex(int32_t handle, char *outputHex, int32_t outputHexLength,
+                                      const char *inputHex);
+/* 0, or -INVALID_HANDLE_ERROR; wipes the context. */
+VERIMOND_API int32_t CIPHER_Final(int32_t handle);
+
 /* ---- CIPHER_KeyWrap, CIPHER_KeyUnwrap ---- */
+
+/* options: only the cipher bits count. OPT_CIPHER_AES128/192/256: AES Key Wrap
+   (RFC 3394) of 16 bytes or more in steps of 8, KEK of 16/24/32 bytes.
+   OPT_CIPHER_TDEA: Triple-DES Key Wrap (RFC 3217) of a 24-byte key into 40
+   bytes under a 24-byte KEK, different at each call; parity bits are kept.
+   Style B; the latch is set only on failure. */
+
+/* The wrapped length; a null output or outputLength 0 asks for it. Null data
+   or kek (outside a query) is -NULL_ERROR. */
+VERIMOND_API int32_t CIPHER_KeyWrap(unsigned char *output, int32_t outputLength, const unsigned char *data,
+                                    int32_t dataLength, const unsigned char *kek, int32_t kekLength,
+                                    int32_t options);
+/* The key length; outputLength < 1 asks for it. A wrapped key that fails its
+   integrity check gives -1 (not a code: API_ErrorCode() then reads 1) and an
+   output zeroed over outputLength bytes. */
+VERIMOND_API int32_t CIPHER_KeyUnwrap(unsigned char *output, int32_t outputLength, const unsigned char *data,
+                                      int32_t dataLength, const unsigned char *kek, int32_t kekLength,
+                                      int32_t options);
 
 /* ------------------------------------------------------------------------ */
 /* Stream ciphers.                                                           */

@@ -1,7 +1,7 @@
 // What other subsystems call for block ciphers: the cores and the mode
 // engine (aes.h, des.h, blowfish.h), one-shot runs over a buffer, the file
-// routines and padding. All results here are positive codes (0 success),
-// except the padding calls, which are style B.
+// routines, padding and key wrap. All results here are positive codes (0
+// success), except the padding and key-wrap calls, which are style B.
 //
 // For a single block, set up a context in ECB and process 16 (AES) or
 // 8 bytes (Triple DES):
@@ -17,6 +17,7 @@
 #include "block/blowfish.h"
 #include "block/des.h"
 #include "block/file_crypt.h"
+#include "block/keywrap.h"
 #include "block/padding.h"
 
 // Engine mode numbers (not the option bits of the CIPHER_ calls).

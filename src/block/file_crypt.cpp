@@ -11,6 +11,7 @@
 #include "block/padding.h"
 #include "cipher/select.h"
 #include "convert/codec.h"
+#include "util/same_file.h"
 #include "util/wipe.h"
 #include "verimond.h"
 
@@ -156,7 +157,9 @@ int FileCrypt(const char* outputFile, const char* inputFile, const uint8_t* key,
     constexpr size_t B = F::kBlock;
     if (outputFile == nullptr || outputFile[0] == '\0' || inputFile == nullptr || inputFile[0] == '\0')
         return BAD_PARAM_ERROR;
-    if (std::strcmp(outputFile, inputFile) == 0) return DUP_ERROR;
+    // One file under two names (links, "./name") would be truncated before
+    // it is read: refuse before anything is deleted or created.
+    if (SameFile(outputFile, inputFile)) return DUP_ERROR;
     // An existing output is lost even if the input then cannot be opened.
     std::remove(outputFile);
     FILE* in = std::fopen(inputFile, "rb");

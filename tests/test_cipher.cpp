@@ -1,0 +1,253 @@
+// One-shot CIPHER_ calls: bytes, hex and files against the per-cipher
+// families, the result-code table, the query rules and the IV prefix.
+#include <dlfcn.h>
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+
+#include "cipher_support.h"
+
+namespace fs = std::filesystem;
+
+namespace {
+
+using CryptFn = decltype(&CIPHER_EncryptBytes);
+const ByteVec kKey = Pattern(16, 0x40), kIv = Pattern(16, 0x90), kData = Pattern(32);
+
+// A size query, then the call into a buffer of that size: the bytes, or the
+// failing code.
+struct Result {
+    int32_t rc;
+    ByteVec bytes;
+};
+Result Crypt(CryptFn fn, ByteVec in, const ByteVec& key, const uint8_t* iv, int32_t ivLength, const char* text,
+             int32_t options) {
+    const int32_t n = int32_t(in.size());
+    in.push_back(0);
+    const int32_t need = fn(nullptr, 0, in.data(), n, key.data(), int32_t(key.size()), iv, ivLength, text, options);
+    if (need < 0) return {need, {}};
+    ByteVec out(size_t(need) + 1);
+    const int32_t rc = fn(out.data(), need + 1, in.data(), n, key.data(), int32_t(key.size()), iv, ivLength, text, options);
+    out.resize(rc > 0 ? size_t(rc) : 0);
+    return {rc, out};
+}
+
+std::string Hex(const Result& r) { return r.rc < 0 ? "rc " + std::to_string(r.rc) : ToHex(r.bytes); }
+
+}  // namespace
+
+TEST(CipherBytes, WorkedRequestEndToEnd) {
+    const ByteVec plain = Pattern(20);
+    ByteVec out(32), padded(32), expected(32);
+    EXPECT_EQ(CIPHER_EncryptBytes(out.data(), 32, plain.data(), 20, kKey.data(), 16, kIv.data(), 16, "aes128/cbc/pkcs5", 0), 32);
+    EXPECT_EQ(API_ErrorCode(), 32);  // a length is latched like a code
+    ASSERT_EQ(PAD_BytesBlock(padded.data(), 32, plain.data(), 20, 16, OPT_PAD_PKCS5), 32);
+    ASSERT_EQ(AES128_BytesMode(expected.data(), padded.data(), 32, kKey.data(), 1, "CBC", kIv.data()), 0);
+    EXPECT_EQ(out, expected);
+}
+
+// Every cipher, mode and padding, by name and by number, with and without the
+// prefix: the family's ciphertext of the padded data (padding only in ECB and
+// CBC), and back. Unpadded ECB and CBC need whole blocks.
+TEST(CipherBytes, EveryCipherModeAndPaddingByNameAndNumber) {
+    const std::pair<const char*, int32_t> pads[] = {{"", 0}, {"/NoPadding", OPT_PAD_NONE}, {"/pkcs5", OPT_PAD_PKCS5},
+        {"/oneandzeroes", OPT_PAD_ONEANDZEROES}, {"/ansix923padding", OPT_PAD_ANSIX923}, {"/w3c", OPT_PAD_W3C}};
+    for (const auto& c : kCiphers) {
+        const ByteVec key = Pattern(size_t(c.keyLength), 7), iv = Pattern(size_t(c.block), 0xE0);
+        const size_t B = size_t(c.block);
+        for (const auto& [mode, modeBits] : kModes)
+            for (const auto& [padWord, padBits] : pads)
+                for (size_t size : {size_t(0), size_t(1), B - 1, B, 2 * B + 3})
+                    for (int32_t prefix : {0, OPT_PREFIX_IV}) {
+                        const std::string text = std::string(c.name) + "-" + mode + padWord;
+                        const int32_t number = c.bits | modeBits | padBits | prefix;
+                        SCOPED_TRACE(text + " size " + std::to_string(size) + (prefix ? " prefix" : ""));
+                        const ByteVec plain = Pattern(size);
+                        const bool blockMode = modeBits == OPT_MODE_ECB || modeBits == OPT_MODE_CBC;
+                        ByteVec body = plain;
+                        if (blockMode && padBits != OPT_PAD_NONE) {
+                            body.resize(size + B - size % B);
+                            PAD_BytesBlock(body.data(), int32_t(body.size()), plain.data(), int32_t(size), c.block, padBits);
+                        }
+                        const Result byName = Crypt(CIPHER_EncryptBytes, plain, key, iv.data(), c.block, text.c_str(), prefix);
+                        const int32_t latch = API_ErrorCode();
+                        const Result byNumber = Crypt(CIPHER_EncryptBytes, plain, key, iv.data(), c.block, nullptr, number);
+                        ByteVec expected = prefix ? iv : ByteVec(), ref(body.size() + 1);
+                        if (blockMode && body.size() % B != 0) {
+                            EXPECT_EQ(byName.rc, -BAD_LENGTH_ERROR);
+                            EXPECT_EQ(byNumber.rc, -BAD_LENGTH_ERROR);
+                            continue;
+                        }
+                        ASSERT_EQ(FamilyCrypt(c, ref.data(), body, key, mode, iv.data()), 0);
+                        expected.insert(expected.end(), ref.begin(), ref.end() - 1);
+                        EXPECT_EQ(Hex(byName), ToHex(expected));
+                        EXPECT_EQ(Hex(byNumber), ToHex(expected));
+                        EXPECT_EQ(latch, int32_t(expected.size()));
+                        // With the prefix the IV comes from the data: none is passed.
+                        EXPECT_EQ(Hex(Crypt(CIPHER_DecryptBytes, expected, key, prefix ? nullptr : iv.data(),
+                                            prefix ? 99 : c.block, nullptr, number)), ToHex(plain));
+                    }
+    }
+}
+
+// The failures of the byte and hex calls, each with the latch it leaves.
+TEST(CipherBytes, FailureTable) {
+    const ByteVec zeros(32, 0);
+    ByteVec out(64), ecbZeros(32);
+    std::vector<char> hex(200);
+    // The last plaintext byte 0 is never valid padding.
+    ASSERT_EQ(CIPHER_EncryptBytes(ecbZeros.data(), 32, zeros.data(), 32, kKey.data(), 16, nullptr, 0, "aes128/ecb/nopad", 0), 32);
+    const uint8_t *none = nullptr, *in = kData.data(), *key = kKey.data(), *iv = kIv.data();
+    auto E = [&](const char* text, int32_t opt, int32_t kl = 16, int32_t il = 16, const uint8_t* input = kData.data(),
+                 int32_t n = 32, uint8_t* o = nullptr, int32_t ol = 64, const uint8_t* k = kKey.data()) {
+        return CIPHER_EncryptBytes(o ? o : out.data(), ol, input, n, k, kl, kIv.data(), il, text, opt);
+    };
+    auto D = [&](const uint8_t* input, int32_t n, const char* text, int32_t opt, int32_t ol = 64) {
+        return CIPHER_DecryptBytes(out.data(), ol, input, n, kKey.data(), 16, kIv.data(), 16, text, opt);
+    };
+    const std::string keyHex = ToHex(kKey), ivHex = ToHex(kIv);
+    auto H = [&](const char* input, const char* k, int32_t length = 199) {
+        return CIPHER_EncryptHex(hex.data(), length, input, k, ivHex.c_str(), "aes128/cbc", 0);
+    };
+    const struct {
+        const char* what;
+        std::function<int32_t()> call;
+        int32_t expected;
+    } cases[] = {
+        {"text and cipher bits", [&] { return E("aes128/cbc", OPT_CIPHER_AES128); }, -BAD_FLAG_ERROR},
+        {"mode before padding", [&] { return E("aes128/pkcs5", 0); }, -BAD_PARAM_ERROR},
+        {"key length", [&] { return E("aes128/cbc", 0, 15); }, -BAD_KEY_LEN_ERROR},
+        {"key length, prefix", [&] { return CIPHER_DecryptBytes(out.data(), 64, in, 32, key, 16, none, 0, "tdea/cbc", OPT_PREFIX_IV); }, -BAD_KEY_LEN_ERROR},
+        {"IV length", [&] { return E("aes128/ctr", 0, 16, 8); }, -BAD_IV_LEN_ERROR},
+        {"ECB looks at no IV length", [&] { return E("aes128/ecb", 0, 16, 3); }, 48},
+        {"cipher outside the four", [&] { return E(nullptr, 0x50); }, -INTERNAL_ERROR},
+        {"negative input length", [&] { return E("aes128/cbc", 0, 16, 16, in, -1); }, -BAD_LENGTH_ERROR},
+        {"negative output length", [&] { return D(in, 32, "aes128/cbc", 0, -1); }, -BAD_PARAM_ERROR},
+        {"null input with a length", [&] { return E("aes128/cbc", 0, 16, 16, none, 16); }, -NULL_ERROR},
+        {"null key", [&] { return E("aes128/cbc", 0, 16, 16, in, 32, nullptr, 64, none); }, -NULL_ERROR},
+        {"a query looks at neither", [&] { return CIPHER_EncryptBytes(nullptr, 0, none, 20, none, 16, iv, 16, "aes128/cbc", OPT_PREFIX_IV); }, 48},
+        {"decryption screens before its query", [&] { return CIPHER_DecryptBytes(nullptr, 0, none, 32, key, 16, iv, 16, "aes128/cbc", 0); }, -NULL_ERROR},
+        {"ECB prefix of a null IV", [&] { return CIPHER_EncryptBytes(out.data(), 64, in, 32, key, 16, none, 0, "aes128/ecb", OPT_PREFIX_IV); }, -NULL_ERROR},
+        {"output too short", [&] { return E("aes128/cbc", 0, 16, 16, in, 32, nullptr, 47); }, -SHORT_BUF_ERROR},
+        {"padding wrong, shown in a query", [&] { return CIPHER_DecryptBytes(nullptr, 0, ecbZeros.data(), 32, key, 16, none, 0, "aes128/ecb", 0); }, -DECRYPT_ERROR},
+        {"padded data not whole blocks", [&] { return D(in, 31, "aes128/cbc", 0); }, -BAD_LENGTH_ERROR},
+        {"prefix longer than the data", [&] { return D(in, 15, "aes128/ctr", OPT_PREFIX_IV); }, -BAD_LENGTH_ERROR},
+        {"unpadded output too short", [&] { return D(in, 32, "aes128/cbc/nopad", 0, 31); }, -SHORT_BUF_ERROR},
+        {"hex: negative length", [&] { return H("00", keyHex.c_str(), -1); }, -BAD_PARAM_ERROR},
+        {"hex: bad digit", [&] { return H("0g", keyHex.c_str()); }, -INVALID_DATA_ERROR},
+        {"hex: a query doubles a failure", [&] { return CIPHER_EncryptHex(nullptr, 0, "00", "0011", nullptr, "aes128/ecb", 0); }, -2 * BAD_KEY_LEN_ERROR},
+        {"hex: short output", [&] { return H("00", keyHex.c_str(), 31); }, -SHORT_BUF_ERROR},
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(c.call(), c.expected) << c.what;
+        EXPECT_EQ(API_ErrorCode(), std::abs(c.expected)) << c.what;
+    }
+}
+
+// A padded decryption needs room for the plaintext only, and its failure on
+// that path copies nothing; with padding the output may be the input.
+TEST(CipherBytes, BuffersAndQueries) {
+    const ByteVec plain = Pattern(20), otherKey(16, 0x33), zeros(32, 0), before(20, 0xEE);
+    const Result sealed = Crypt(CIPHER_EncryptBytes, plain, kKey, kIv.data(), 16, "aes128/cbc", 0);
+    ByteVec out(20), sealedZeros(32);
+    EXPECT_EQ(CIPHER_DecryptBytes(out.data(), 20, sealed.bytes.data(), 32, kKey.data(), 16, kIv.data(), 16, "aes128/cbc", 0), 20);
+    EXPECT_EQ(out, plain);
+    ASSERT_EQ(CIPHER_EncryptBytes(sealedZeros.data(), 32, zeros.data(), 32, otherKey.data(), 16, kIv.data(), 16, "aes128/cbc/nopad", 0), 32);
+    out = before;
+    EXPECT_EQ(CIPHER_DecryptBytes(out.data(), 20, sealedZeros.data(), 32, otherKey.data(), 16, kIv.data(), 16, "aes128/cbc", 0), -DECRYPT_ERROR);
+    EXPECT_EQ(out, before);
+
+    const ByteVec key24 = Pattern(24, 5);
+    const Result apart = Crypt(CIPHER_EncryptBytes, plain, key24, kIv.data(), 8, "tdea/cbc/ansix923", OPT_PREFIX_IV);
+    ByteVec shared(32);
+    std::memcpy(shared.data(), plain.data(), 20);
+    EXPECT_EQ(CIPHER_EncryptBytes(shared.data(), 32, shared.data(), 20, key24.data(), 24, kIv.data(), 8, "tdea/cbc/ansix923", OPT_PREFIX_IV), 32);
+    EXPECT_EQ(shared, apart.bytes);
+}
+
+// The hex calls give the upper-case hex of the byte calls, and twice their lengths.
+TEST(CipherHex, MatchTheByteCalls) {
+    const ByteVec plain = Pattern(37), key = Pattern(32, 9), iv = Pattern(16, 1);
+    for (const char* text : {"aes256/cbc", "desede3/ctr", "aes256/ecb/oneandzeroes"}) {
+        SCOPED_TRACE(text);
+        const bool tdea = text[0] == 'd';
+        const ByteVec k(key.begin(), key.begin() + (tdea ? 24 : 32)), v(iv.begin(), iv.begin() + (tdea ? 8 : 16));
+        const std::string expected = UpperHexOf(Crypt(CIPHER_EncryptBytes, plain, k, v.data(), int32_t(v.size()), text, 0).bytes);
+        const std::string in = ToHex(plain), keyHex = ToHex(k), ivHex = ToHex(v);
+        const int32_t n = int32_t(expected.size());
+        EXPECT_EQ(CIPHER_EncryptHex(nullptr, 0, in.c_str(), keyHex.c_str(), ivHex.c_str(), text, 0), n);
+        std::vector<char> out(400, 'x');
+        EXPECT_EQ(CIPHER_EncryptHex(out.data(), 399, in.c_str(), keyHex.c_str(), ivHex.c_str(), text, 0), n);
+        EXPECT_EQ(std::string(out.data(), size_t(n)), expected);  // more may follow: the length tells
+        EXPECT_EQ(CIPHER_DecryptHex(out.data(), 74, expected.c_str(), keyHex.c_str(), ivHex.c_str(), text, 0), 74);
+        EXPECT_EQ(std::string(out.data()), UpperHexOf(plain));
+    }
+    // A decryption to nothing returns 0 and writes nothing, not even a NUL.
+    const std::string sealed = ToHex(Crypt(CIPHER_EncryptBytes, {}, kKey, kIv.data(), 16, "aes128/cbc", 0).bytes);
+    char out[8] = "xxxxxxx";
+    EXPECT_EQ(CIPHER_DecryptHex(out, 7, sealed.c_str(), ToHex(kKey).c_str(), ToHex(kIv).c_str(), "aes128/cbc", 0), 0);
+    EXPECT_STREQ(out, "xxxxxxx");
+}
+
+TEST(CipherBytes, NumberedNamesAreTheSameEntries) {
+    EXPECT_NE(dlsym(RTLD_DEFAULT, "CIPHER_EncryptBytes"), nullptr);
+    EXPECT_EQ(dlsym(RTLD_DEFAULT, "CIPHER_EncryptBytes2"), dlsym(RTLD_DEFAULT, "CIPHER_EncryptBytes"));
+    EXPECT_EQ(dlsym(RTLD_DEFAULT, "CIPHER_DecryptBytes2"), dlsym(RTLD_DEFAULT, "CIPHER_DecryptBytes"));
+}
+
+// The file is what the byte call gives, prefix included, but ECB and CBC
+// encryption pads also under OPT_PAD_NONE, which decryption then keeps.
+TEST(CipherFiles, LayoutRoundTripAndFailures) {
+    const fs::path dir = fs::temp_directory_path() / ("verimond_cipher_" + std::to_string(getpid()));
+    fs::create_directories(dir);
+    const std::string plainPath = dir / "plain", enc = dir / "enc", dec = dir / "dec", link = dir / "link";
+    auto write = [](const std::string& p, const ByteVec& v) {
+        std::ofstream(p, std::ios::binary).write(reinterpret_cast<const char*>(v.data()), std::streamsize(v.size()));
+    };
+    auto read = [](const std::string& p) {
+        std::ifstream f(p, std::ios::binary);
+        return ByteVec(std::istreambuf_iterator<char>(f), {});
+    };
+    auto F = [](int32_t dir, const std::string& out, const std::string& in, const ByteVec& key,
+                const uint8_t* iv, int32_t ivLength, const char* text, int32_t options) {
+        return (dir ? CIPHER_FileEncrypt : CIPHER_FileDecrypt)(out.c_str(), in.c_str(), key.data(),
+                                                               int32_t(key.size()), iv, ivLength, text, options);
+    };
+    const ByteVec plain = Pattern(5000);
+    write(plainPath, plain);
+    for (const auto& c : kCiphers) {
+        const ByteVec key = Pattern(size_t(c.keyLength), 3), iv = Pattern(size_t(c.block), 4);
+        for (const char* mode : {"/cbc/w3c", "/cfb"}) {
+            const std::string text = std::string(c.name) + mode;
+            SCOPED_TRACE(text);
+            ASSERT_EQ(F(1, enc, plainPath, key, iv.data(), c.block, text.c_str(), OPT_PREFIX_IV), 0);
+            EXPECT_EQ(read(enc), Crypt(CIPHER_EncryptBytes, plain, key, iv.data(), c.block, text.c_str(), OPT_PREFIX_IV).bytes);
+            ASSERT_EQ(F(0, dec, enc, key, nullptr, -1, text.c_str(), OPT_PREFIX_IV), 0);
+            EXPECT_EQ(read(dec), plain);
+        }
+    }
+    write(plainPath, Pattern(20));
+    ASSERT_EQ(F(1, enc, plainPath, kKey, kIv.data(), 16, nullptr, OPT_CIPHER_AES128 | OPT_MODE_CBC | OPT_PAD_NONE), 0);
+    EXPECT_EQ(read(enc), Crypt(CIPHER_EncryptBytes, Pattern(20), kKey, kIv.data(), 16, "aes128/cbc", 0).bytes);
+    ASSERT_EQ(F(0, dec, enc, kKey, kIv.data(), 16, "aes128/cbc/nopad", 0), 0);
+    EXPECT_EQ(read(dec).size(), 32u);
+
+    // Negative for the screening, positive from the file routine; one file
+    // under two names is refused before anything is lost.
+    fs::create_symlink(plainPath, link);
+    EXPECT_EQ(F(1, dec, plainPath, kKey, kIv.data(), 16, "aes128/cbc", OPT_CIPHER_AES128), -BAD_FLAG_ERROR);
+    EXPECT_EQ(F(1, dec, plainPath, kKey, kIv.data(), 16, "aes256/cbc", 0), -BAD_KEY_LEN_ERROR);
+    EXPECT_EQ(F(0, dec, plainPath, kKey, kIv.data(), 12, "aes128/ofb", 0), -BAD_IV_LEN_ERROR);
+    for (const std::string& same : {plainPath, link, (dir / "." / "plain").string()})
+        EXPECT_EQ(F(1, same, plainPath, kKey, kIv.data(), 16, "aes128/cbc", 0), DUP_ERROR) << same;
+    EXPECT_EQ(read(plainPath), Pattern(20));
+    EXPECT_EQ(F(1, dec, (dir / "missing").string(), kKey, kIv.data(), 16, "aes128/cbc", 0), OPEN_ERROR);
+    EXPECT_EQ(F(0, dec, enc, ByteVec(16, 0x77), kIv.data(), 16, "aes128/cbc", 0), DECRYPT_ERROR);
+    EXPECT_FALSE(fs::exists(dec));
+    EXPECT_EQ(API_ErrorCode(), DECRYPT_ERROR);
+    fs::remove_all(dir);
+}

@@ -1,0 +1,128 @@
+// Stateful CIPHER_ calls: equal to the one-shot calls over any split on block
+// boundaries, the one context per thread, and the result rules of Update.
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <string>
+
+#include "child_run.h"
+#include "cipher_support.h"
+
+namespace {
+
+// The stream cut at the block boundaries named by the bits of cuts.
+ByteVec Stream(int32_t handle, const ByteVec& in, size_t block, unsigned cuts) {
+    ByteVec out(in.size());
+    size_t start = 0;
+    for (size_t end = block; start < in.size(); end += block) {
+        const bool last = end + block > in.size();
+        if (last) end = in.size();
+        if (!last && !(cuts >> (end / block - 1) & 1)) continue;
+        const int32_t n = int32_t(end - start);
+        EXPECT_EQ(CIPHER_Update(handle, out.data() + start, n, in.data() + start, n), 0);
+        start = end;
+    }
+    return out;
+}
+
+ByteVec OneShot(int32_t direction, const ByteVec& in, const ByteVec& key, const ByteVec& iv, int32_t options) {
+    ByteVec out(in.size());
+    EXPECT_EQ((direction ? CIPHER_EncryptBytes : CIPHER_DecryptBytes)(out.data(), int32_t(out.size()), in.data(),
+              int32_t(in.size()), key.data(), int32_t(key.size()), iv.data(), int32_t(iv.size()), nullptr, options),
+              int32_t(in.size()));
+    return out;
+}
+
+}  // namespace
+
+TEST(CipherStateful, EqualsOneShotOverAnyBlockSplit) {
+    for (const auto& c : kCiphers) {
+        const ByteVec key = Pattern(size_t(c.keyLength), 0x21), iv = Pattern(size_t(c.block), 0x5A);
+        for (const auto& [mode, modeBits] : kModes) {
+            const bool partBlock = modeBits != OPT_MODE_ECB && modeBits != OPT_MODE_CBC;
+            const ByteVec plain = Pattern(size_t(5 * c.block) + (partBlock ? 3 : 0));
+            const int32_t options = c.bits | modeBits | OPT_PAD_NONE;
+            const ByteVec sealed = OneShot(1, plain, key, iv, options);
+            // Name and number alternate; padding and the prefix flag have no effect.
+            const std::string text = std::string(c.name) + "/" + mode + "/pkcs5";
+            for (unsigned cuts = 0; cuts < 16; ++cuts) {
+                SCOPED_TRACE(text + " cuts " + std::to_string(cuts));
+                const bool byName = cuts & 1;
+                int32_t h = CIPHER_Init(1, byName ? text.c_str() : nullptr, key.data(), c.keyLength, iv.data(),
+                                        c.block, byName ? OPT_PREFIX_IV : options);
+                EXPECT_EQ(Stream(h, plain, size_t(c.block), cuts), sealed);
+                EXPECT_EQ(CIPHER_Final(h), 0);
+                h = CIPHER_InitHex(0, byName ? text.c_str() : nullptr, ToHex(key).c_str(), ToHex(iv).c_str(),
+                                   byName ? 0 : options);
+                EXPECT_EQ(Stream(h, sealed, size_t(c.block), cuts), plain);
+            }
+        }
+    }
+}
+
+// Every failed Init latches its reason; the two early InitHex failures leave
+// the earlier context alive, all others have ended it.
+TEST(CipherStateful, ContextLifeAndInitFailures) {
+    const ByteVec key = Pattern(16), iv = Pattern(16, 3);
+    const std::string keyHex = ToHex(key), ivHex = ToHex(iv), oddKey = keyHex + "0";
+    ByteVec buf(16);
+    const struct {
+        const char* what;
+        std::function<int32_t()> init;
+        int32_t latch;
+        bool earlierAlive;
+    } cases[] = {
+        {"no key text", [&] { return CIPHER_InitHex(1, "aes128/cbc", "", ivHex.c_str(), 0); }, BAD_PARAM_ERROR, true},
+        {"IV not hex", [&] { return CIPHER_InitHex(1, "aes128/cbc", keyHex.c_str(), "0x", 0); }, INVALID_DATA_ERROR, true},
+        {"odd key digits", [&] { return CIPHER_InitHex(1, "aes128/cbc", oddKey.c_str(), ivHex.c_str(), 0); }, BAD_KEY_LEN_ERROR, false},
+        {"no IV", [&] { return CIPHER_InitHex(1, "aes128/ofb", keyHex.c_str(), nullptr, 0); }, BAD_IV_LEN_ERROR, false},
+        {"both names", [&] { return CIPHER_Init(1, "aes128/cbc", key.data(), 16, iv.data(), 16, OPT_CIPHER_AES128); }, BAD_FLAG_ERROR, false},
+        {"key length", [&] { return CIPHER_Init(1, "tdea/ecb", key.data(), 16, nullptr, 0, 0); }, BAD_KEY_LEN_ERROR, false},
+        {"a second Init", [&] { return CIPHER_Init(1, "aes256/ecb", Pattern(32).data(), 32, nullptr, 0, 0) == 0; }, 0, false},
+    };
+    for (const auto& c : cases) {
+        const int32_t live = CIPHER_Init(1, "aes128/ecb", key.data(), 16, nullptr, 0, 0);
+        EXPECT_TRUE(live & 1 && live < (1 << 30)) << live;
+        EXPECT_EQ(c.init(), 0) << c.what;
+        EXPECT_EQ(API_ErrorCode(), c.latch) << c.what;
+        EXPECT_EQ(CIPHER_Update(live, buf.data(), 16, buf.data(), 16), c.earlierAlive ? 0 : -INVALID_HANDLE_ERROR) << c.what;
+    }
+    const int32_t h = CIPHER_Init(1, "aes128/cbc", key.data(), 16, iv.data(), 16, 0);
+    EXPECT_EQ(CIPHER_Final(h), 0);
+    EXPECT_EQ(CIPHER_Final(h), -INVALID_HANDLE_ERROR);
+    EXPECT_EQ(CIPHER_Update(0, buf.data(), 16, buf.data(), 16), -INVALID_HANDLE_ERROR);
+    // The set-up's result is not examined: a null IV of the right length still opens.
+    const int32_t unfilled = CIPHER_Init(1, "tdea/cbc", Pattern(24).data(), 24, nullptr, 8, 0);
+    EXPECT_NE(unfilled, 0);
+    EXPECT_EQ(CIPHER_Update(unfilled, buf.data(), 16, buf.data(), 16), 0);
+}
+
+TEST(CipherStateful, UpdateResultRules) {
+    const ByteVec key = Pattern(16), iv = Pattern(16, 3), plain = Pattern(100);
+    ByteVec out(100);
+    const int32_t h = CIPHER_Init(1, "aes128/cbc/pkcs5", key.data(), 16, iv.data(), 16, 0);
+    EXPECT_EQ(CIPHER_Update(h, out.data(), 15, plain.data(), 15), BAD_LENGTH_ERROR);  // positive, kept
+    EXPECT_EQ(API_ErrorCode(), BAD_LENGTH_ERROR);
+    EXPECT_EQ(CIPHER_Update(h, out.data(), 15, plain.data(), 16), -SHORT_BUF_ERROR);
+    EXPECT_EQ(CIPHER_Update(h, nullptr, 16, plain.data(), 16), -NULL_ERROR);
+    EXPECT_EQ(CIPHER_Update(h, out.data(), 16, plain.data(), -16), -BAD_PARAM_ERROR);
+    EXPECT_EQ(CIPHER_Update(h, out.data(), 16, nullptr, 16), -NULL_ERROR);
+    // No padding, and the failures left the IV where it was.
+    EXPECT_EQ(CIPHER_Update(h, out.data(), 16, plain.data(), 16), 0);
+    EXPECT_EQ(ByteVec(out.begin(), out.begin() + 16),
+              OneShot(1, ByteVec(plain.begin(), plain.begin() + 16), key, iv, OPT_CIPHER_AES128 | OPT_MODE_CBC | OPT_PAD_NONE));
+
+    // The hex form gives the hex of the byte form.
+    const int32_t ofb = CIPHER_Init(1, "aes128/ofb", key.data(), 16, iv.data(), 16, 0);
+    char hex[201];
+    EXPECT_EQ(CIPHER_UpdateHex(ofb, hex, 200, ToHex(plain).c_str()), 0);
+    EXPECT_EQ(std::string(hex), UpperHexOf(OneShot(1, plain, key, iv, OPT_CIPHER_AES128 | OPT_MODE_OFB)));
+    EXPECT_EQ(CIPHER_UpdateHex(ofb, hex, 199, ToHex(plain).c_str()), -SHORT_BUF_ERROR);
+    EXPECT_EQ(CIPHER_UpdateHex(ofb, hex, 200, "0g"), -INVALID_DATA_ERROR);
+    EXPECT_EQ(CIPHER_UpdateHex(0, hex, 200, ""), 0);  // the handle is not looked at
+    EXPECT_STREQ(hex, "");
+    // Kept: an odd number of digits reaches the allocator as a size of -1.
+    const ChildOutcome odd = RunInChild([&] { return CIPHER_UpdateHex(ofb, hex, 200, "abc"); });
+    EXPECT_EQ(odd.exitStatus, 1);
+    EXPECT_NE(odd.console.find("malloc request is too big."), std::string::npos);
+}
