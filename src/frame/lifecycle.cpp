@@ -22,12 +22,14 @@ void ThreadAttach() {
 }
 }  // namespace
 
-bool RunLoadChecks() {
+bool RunLoadChecksWithFault(int faultTest) {
     bool ok = ModuleIntegrityOk();
-    ok = (PowerUpTests() == 0) && ok;
+    ok = (PowerUpTestsWithFault(faultTest, nullptr) == 0) && ok;
     ok = (DrbgHealthCheck(2) == 0) && ok;
     return ok;
 }
+
+bool RunLoadChecks() { return RunLoadChecksWithFault(0); }
 
 bool ProcessAttach(bool runChecks) {
     CpuDetect();  // before the self-tests, so they test the paths in use

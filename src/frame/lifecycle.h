@@ -13,3 +13,6 @@ void ThreadDetach(ThreadState* ts);
 // power-up tests, generator health check. True if all pass. The failing
 // checks report on their own; nothing here ends the process.
 bool RunLoadChecks();
+// The same with a fault planted in one power-up test (see
+// PowerUpTestsWithFault), for tests of the order of the checks.
+bool RunLoadChecksWithFault(int faultTest);
