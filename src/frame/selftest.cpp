@@ -1,3 +1,5 @@
+// The power-up run: the tests in their fixed order with their reports, the
+// digest and HMAC tests, and the comparison they all share.
 #include "frame/selftest.h"
 
 #include <cstring>
