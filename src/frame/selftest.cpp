@@ -385,8 +385,10 @@ const PowerUpTest kPowerUpTests[] = {
     {KatHmacSha512, "Failed Known Answer Test for HMAC-SHA-512", 0xC0001F4Fu},
     {KatHmacSha224, "Failed Known Answer Test for HMAC-SHA-224", 0xC0001F50u},
     {KatHmacMd5, "Failed Known Answer Test for HMAC-MD5", 0xC0001F53u},
+    {KatCmacAes, "Failed Known Answer Test for CMAC-AES", 0xC0001F51u},
+    {KatCmacTdea, "Failed Known Answer Test for CMAC-TDEA", 0xC0001F52u},
 };
-static_assert(sizeof kPowerUpTests / sizeof kPowerUpTests[0] <= kPowerUpTestCount);
+static_assert(sizeof kPowerUpTests / sizeof kPowerUpTests[0] == kPowerUpTestCount);
 
 }  // namespace
 

@@ -23,3 +23,5 @@ constexpr size_t kKatMaxAnswer = 64;
 bool KatTdea(bool fault);
 bool KatAes(bool fault);
 bool KatBlowfish(bool fault);
+bool KatCmacAes(bool fault);
+bool KatCmacTdea(bool fault);

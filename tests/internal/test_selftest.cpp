@@ -1,0 +1,157 @@
+// White-box checks of the power-up tests: a planted fault stops the run at
+// that test with its own report, the load checks go on to the generator's
+// health check after a failure, and the run passes on every code path the
+// processor flags can select.
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <string>
+#include <thread>
+
+#include "child_run.h"
+#include "frame/frame.h"
+#include "frame/lifecycle.h"
+#include "frame/selftest.h"
+#include "frame/selftest_check.h"
+#include "rng/entropy.h"
+#include "util/cpu.h"
+
+namespace {
+
+// By test number, in the fixed order: the second line of the log record
+// (module, event identifier, text).
+const char* const kReportLines[] = {
+    "Verimond (c0001f46) Failed Known Answer Test for SHA-1",
+    "Verimond (c0001f47) Failed Known Answer Test for SHA-256",
+    "Verimond (c0001f48) Failed Known Answer Test for SHA-384",
+    "Verimond (c0001f49) Failed Known Answer Test for SHA-512",
+    "Verimond (c0001f4a) Failed Known Answer Test for SHA-224",
+    "Verimond (c0001f55) Failed Known Answer Test for SHA-3",
+    "Verimond (c0001f4b) Failed Known Answer Test for MD5",
+    "Verimond (c0001f43) Failed Known Answer Test for Triple DES",
+    "Verimond (c0001f44) Failed Known Answer Test for AES",
+    "Verimond (c0001f45) Failed Known Answer Test for Blowfish",
+    "Verimond (c0001f4c) Failed Known Answer Test for HMAC-SHA-1",
+    "Verimond (c0001f4d) Failed Known Answer Test for HMAC-SHA-256",
+    "Verimond (c0001f4e) Failed Known Answer Test for HMAC-SHA-384",
+    "Verimond (c0001f4f) Failed Known Answer Test for HMAC-SHA-512",
+    "Verimond (c0001f50) Failed Known Answer Test for HMAC-SHA-224",
+    "Verimond (c0001f53) Failed Known Answer Test for HMAC-MD5",
+    "Verimond (c0001f51) Failed Known Answer Test for CMAC-AES",
+    "Verimond (c0001f52) Failed Known Answer Test for CMAC-TDEA",
+};
+static_assert(sizeof kReportLines / sizeof kReportLines[0] == kPowerUpTestCount);
+
+size_t CountOf(const std::string& text, const std::string& part) {
+    size_t n = 0;
+    for (size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + 1)) ++n;
+    return n;
+}
+
+}  // namespace
+
+TEST(PowerUpTests, PassOnEveryProcessorPath) {
+    for (const char* flags : {"portable", "-aesni,-shani,-avx2,-avx512f", static_cast<const char*>(nullptr)}) {
+        CpuDetectWith(flags);
+        int run = 0;
+        EXPECT_EQ(PowerUpTestsWithFault(0, &run), 0) << (flags ? flags : "detected");
+        EXPECT_EQ(run, kPowerUpTestCount);
+    }
+    CpuDetect();
+    EXPECT_TRUE(HmacSha512SelfTest());
+}
+
+// The run must not reach the frame: on a thread with no record it leaves
+// none behind.
+TEST(PowerUpTests, RunOnAThreadWithoutARecordLeavesNone) {
+    ThreadState* before = &g_fallbackThreadState;
+    ThreadState* after = &g_fallbackThreadState;
+    int result = -1;
+    std::thread worker([&] {
+        before = TlsRead();
+        result = PowerUpTests();
+        after = TlsRead();
+    });
+    worker.join();
+    EXPECT_EQ(result, 0);
+    EXPECT_EQ(before, nullptr);
+    EXPECT_EQ(after, nullptr);
+}
+
+// Answers of odd lengths (the Blowfish part blocks) end in a byte tail.
+TEST(PowerUpTests, ComparisonSeesEveryByteAndKeepsAFailure) {
+    struct Case {
+        size_t length;
+        int differAt;  // -1: equal
+        bool fault;
+        bool ok;
+    };
+    const Case cases[] = {
+        {29, -1, false, true}, {29, 28, false, false}, {29, 25, false, false}, {29, 0, false, false},
+        {16, 15, false, false}, {16, 12, false, false}, {3, 2, false, false}, {64, 63, false, false},
+        {29, -1, true, false}, {8, -1, true, false},
+    };
+    for (const Case& c : cases) {
+        uint8_t want[kKatMaxAnswer], got[kKatMaxAnswer];
+        for (size_t i = 0; i < sizeof want; ++i) want[i] = uint8_t(i * 37 + 1);
+        std::memcpy(got, want, sizeof got);
+        if (c.differAt >= 0) got[c.differAt] ^= 0x80;
+        KatTally tally{true, c.fault};
+        KatCheck(&tally, got, want, c.length);
+        EXPECT_EQ(tally.ok, c.ok) << c.length << " " << c.differAt << " " << c.fault;
+        EXPECT_FALSE(tally.fault);  // planted once only
+        KatCheck(&tally, want, want, c.length);  // a later match does not clear a failure
+        EXPECT_EQ(tally.ok, c.ok);
+    }
+}
+
+TEST(PowerUpTests, FaultOutsideTheRangePlantsNothing) {
+    for (int fault : {-1, kPowerUpTestCount + 1, 1000}) {
+        int run = 0;
+        EXPECT_EQ(PowerUpTestsWithFault(fault, &run), 0) << fault;
+        EXPECT_EQ(run, kPowerUpTestCount);
+    }
+}
+
+// Each child plants the fault, exits with the number of tests started (plus
+// 100 if the run passed), and leaves its report in its own directory.
+TEST(PowerUpTests, FaultStopsTheRunAtThatTestWithItsReport) {
+    for (int n = 1; n <= kPowerUpTestCount; ++n) {
+        ChildOutcome child = RunInChild([n] {
+            int run = 0;
+            int failed = PowerUpTestsWithFault(n, &run);
+            return failed == 1 ? run : 100 + run;
+        });
+        SCOPED_TRACE(kReportLines[n - 1]);
+        EXPECT_EQ(child.exitStatus, n);
+        EXPECT_EQ(CountOf(child.log, "Verimond ("), 1u) << child.log;
+        EXPECT_NE(child.log.find(std::string(kReportLines[n - 1]) + "\n"), std::string::npos) << child.log;
+        std::string text = kReportLines[n - 1];
+        EXPECT_EQ(child.console, "Verimond: " + text.substr(text.find(") ") + 2) + "\n");
+    }
+}
+
+// The health check must still run, and its own HMAC-SHA-512 test uses the
+// unaltered answer: its forced draw from the pools is the trace it leaves.
+TEST(PowerUpTests, LoadChecksRunTheHealthCheckAfterAFailure) {
+    for (int n : {1, 14}) {
+        ChildOutcome child = RunInChild([n] {
+            uint32_t drawsBefore = g_sharedRng.pools.reseedCount;
+            bool ok = RunLoadChecksWithFault(n);
+            uint32_t draws = g_sharedRng.pools.reseedCount - drawsBefore;
+            return (ok ? 10 : 0) + (draws > 9 ? 9 : int(draws));
+        });
+        SCOPED_TRACE(n);
+        EXPECT_GE(child.exitStatus, 1);  // failed, and drew at least once
+        EXPECT_LT(child.exitStatus, 10);
+        // Only the failing test reports: the checks that pass stay silent.
+        EXPECT_EQ(CountOf(child.log, "Verimond ("), 1u) << child.log;
+        EXPECT_NE(child.log.find(kReportLines[n - 1]), std::string::npos) << child.log;
+    }
+}
+
+TEST(PowerUpTests, LoadChecksPassWithoutAFault) {
+    ChildOutcome child = RunInChild([] { return RunLoadChecks() ? 0 : 1; });
+    EXPECT_EQ(child.exitStatus, 0);
+    EXPECT_EQ(child.log, "");
+}
