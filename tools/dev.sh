@@ -21,7 +21,7 @@ cmake -S . -B "$build" -DCMAKE_BUILD_TYPE=RelWithDebInfo >/dev/null
 cmake --build "$build" -j"$(nproc)"
 
 case "${1:-run}" in
-  run)  "$build/verimond_demo" ;;
+  run)  "$build/verimond" ;;
   test) ctest --test-dir "$build" --output-on-failure -j"$(nproc)" ;;
   *)    echo "usage: $0 run|test" >&2; exit 2 ;;
 esac
