@@ -69,8 +69,10 @@ def aead_open(data, key, nonce=None, aad=b"", option=OPT_AEAD_CHACHA20_POLY1305)
         nonce = None
     args = (data, len(data), key, len(key), nonce, size(nonce), aad, len(aad), option)
     n = check_b(lib.AEAD_DecryptWithTag(None, 0, *args), "AEAD_DecryptWithTag")
-    out = buffer(n)
-    n = _checked_output(lambda: lib.AEAD_DecryptWithTag(out, n, *args), out,
+    # An output length of 0 is a size query, which checks nothing: the room
+    # is one byte more, so that an empty plaintext is authenticated too.
+    out = buffer(n + 1)
+    n = _checked_output(lambda: lib.AEAD_DecryptWithTag(out, n + 1, *args), out,
                         "AEAD_DecryptWithTag")
     return take(out, n, secret=True)
 

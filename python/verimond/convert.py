@@ -69,8 +69,8 @@ def _wide(text):
 
 
 def utf8_from_wide(text):
-    """The library's UTF-8 of a str passed as 16-bit units; a lone
-    surrogate raises VerimondError (ENCODING_ERROR)."""
+    """The library's UTF-8 of a str passed as 16-bit units. Surrogates,
+    and so characters beyond U+FFFF, raise VerimondError (ENCODING_ERROR)."""
     wide = _wide(text)
     n = check_b(lib.CNV_Utf8FromWide(None, 0, wide), "CNV_Utf8FromWide")
     out = buffer(n + 1)

@@ -12,36 +12,42 @@ __all__ = ["key_bytes", "key_hex", "nonce", "nonce_hex", "number", "bytes_with_p
 _MAX_REQUEST = 65536
 
 
+def _hex_room(count):
+    # Larger requests are refused by the library (PRNG_ERR_TOOBIG); the
+    # buffer need not follow them.
+    return max(2 * min(count, _MAX_REQUEST), 1)
+
+
 def key_bytes(count, seed=None):
     """count random bytes (at most 65536), with optional seed bytes mixed
     in as additional input."""
     count, seed = int32(count, "count"), optional_data(seed, "seed")
-    out = buffer(count)
+    out = buffer(min(count, _MAX_REQUEST))
     check_a(lib.RNG_KeyBytes(out, count, seed, size(seed)), "RNG_KeyBytes")
-    return take(out, count, secret=True)
+    return take(out, max(count, 0), secret=True)
 
 
 def key_hex(count, seed=None):
-    """count random bytes as upper-case hex."""
+    """count random bytes (1 or more) as upper-case hex."""
     count, seed = int32(count, "count"), optional_data(seed, "seed")
-    out = buffer(2 * count + 1)
-    check_a(lib.RNG_KeyHex(out, 2 * count, count, seed, size(seed)), "RNG_KeyHex")
+    out = buffer(_hex_room(count) + 1)
+    check_a(lib.RNG_KeyHex(out, _hex_room(count), count, seed, size(seed)), "RNG_KeyHex")
     return text_of(out)
 
 
 def nonce(count):
     """count random bytes for nonces and IVs (a lighter entropy stir)."""
     count = int32(count, "count")
-    out = buffer(count)
+    out = buffer(min(count, _MAX_REQUEST))
     check_a(lib.RNG_NonceData(out, count), "RNG_NonceData")
-    return out.raw[:count]
+    return out.raw[:max(count, 0)]
 
 
 def nonce_hex(count):
     """nonce as upper-case hex."""
     count = int32(count, "count")
-    out = buffer(2 * count + 1)
-    check_a(lib.RNG_NonceDataHex(out, 2 * count, count), "RNG_NonceDataHex")
+    out = buffer(_hex_room(count) + 1)
+    check_a(lib.RNG_NonceDataHex(out, _hex_room(count), count), "RNG_NonceDataHex")
     return text_of(out)
 
 
@@ -55,17 +61,18 @@ def bytes_with_prompt(count, prompt=None, options=0):
     """random bytes with keys typed on the console mixed in; options 1, 2, 3
     ask for 128, 192, 256 bits of typing (else 112). Interactive."""
     count = int32(count, "count")
-    out = buffer(count)
+    out = buffer(min(count, _MAX_REQUEST))
     check_a(lib.RNG_BytesWithPrompt(out, count, optional_text(prompt, "prompt"), options),
             "RNG_BytesWithPrompt")
-    return take(out, count, secret=True)
+    return take(out, max(count, 0), secret=True)
 
 
 def hex_with_prompt(count, prompt=None, options=0):
     """bytes_with_prompt as upper-case hex."""
     count = int32(count, "count")
-    out = buffer(2 * count + 1)
-    check_a(lib.RNG_HexWithPrompt(out, 2 * count, count, optional_text(prompt, "prompt"), options),
+    out = buffer(_hex_room(count) + 1)
+    check_a(lib.RNG_HexWithPrompt(out, _hex_room(count), count, optional_text(prompt, "prompt"),
+                                  options),
             "RNG_HexWithPrompt")
     return text_of(out)
 

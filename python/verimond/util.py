@@ -92,7 +92,10 @@ def wipe_data(block):
         if view.readonly:
             raise TypeError("wipe_data needs a writable buffer")
         length = view.nbytes
-        target = (ctypes.c_char * length).from_buffer(view.cast("B")) if length else None
+        # An empty buffer goes in as a real pointer, for the library's own
+        # answer to a length of 0.
+        target = (ctypes.c_char * max(length, 1)).from_buffer(
+            view.cast("B") if length else bytearray(1))
     check_a(lib.WIPE_Data(target, length), "WIPE_Data")
 
 

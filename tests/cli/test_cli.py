@@ -222,11 +222,14 @@ class Authenticated(CliCase):
 
     def test_failed_open_creates_no_file(self):
         key = os.urandom(32).hex()
-        sealed = self.path("s", self.ok("seal", "-k", key, "-", "-", data=b"abc"))
-        out = self.path("out")
-        self.assertIn("AUTH_FAIL_ERROR", self.fails(1, "open", "-k", os.urandom(32).hex(),
-                                                    sealed, out))
-        self.assertFalse(os.path.exists(out))
+        for content in (b"abc", b""):   # an empty text is authenticated too
+            sealed = self.path("s", self.ok("seal", "-k", key, "-", "-", data=content))
+            out = self.path("out")
+            self.assertIn("AUTH_FAIL_ERROR", self.fails(1, "open", "-k", os.urandom(32).hex(),
+                                                        sealed, out))
+            self.assertFalse(os.path.exists(out))
+            self.ok("open", "-k", key, sealed, out)
+            self.assertEqual(open(out, "rb").read(), content)
 
 
 class Derivation(CliCase):

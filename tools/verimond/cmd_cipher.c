@@ -338,8 +338,10 @@ static int aead_file(int argc, char **argv, int sealing) {
         got = AEAD_EncryptWithTag(result, need, data, (int32_t)dataLength, key, keyLength, nonce,
                                   nonceLength, aad, (int32_t)aadLength, option | OPT_PREFIX_IV);
     else
-        got = AEAD_DecryptWithTag(result, need, data, (int32_t)dataLength, key, keyLength, NULL,
-                                  0, aad, (int32_t)aadLength, option | OPT_PREFIX_IV);
+        /* An output length of 0 would be a size query, which checks
+           nothing: an empty plaintext must be authenticated all the same. */
+        got = AEAD_DecryptWithTag(result, need + 1, data, (int32_t)dataLength, key, keyLength,
+                                  NULL, 0, aad, (int32_t)aadLength, option | OPT_PREFIX_IV);
     if (got < 0) {
         /* Some algorithms leave unauthenticated plaintext behind: it is
            wiped and never written out. */

@@ -1,0 +1,280 @@
+"""Every cipher of the package round-trips in every form it is offered in;
+results of one form are checked against another where the library gives
+two roads to one answer."""
+import os
+import unittest
+
+from support import (AUTH_FAIL_ERROR, BAD_KEY_LEN_ERROR, BAD_LENGTH_ERROR, DECRYPT_ERROR,
+                     INVALID_DATA_ERROR, INVALID_HANDLE_ERROR, OPT_AEAD_AES_128_GCM,
+                     OPT_AEAD_AES_256_GCM, OPT_AEAD_ASCON_128, OPT_AEAD_ASCON_128A,
+                     OPT_AEAD_CHACHA20_POLY1305, OPT_CIPHER_AES128, OPT_CIPHER_AES192,
+                     OPT_CIPHER_AES256, OPT_CIPHER_TDEA, OPT_MODE_CBC, OPT_MODE_CTR,
+                     OPT_PAD_ANSIX923, OPT_PAD_NONE, OPT_PAD_ONEANDZEROES, OPT_PAD_PKCS5,
+                     OPT_PAD_W3C, OPT_PREFIX_IV, OPT_STREAM_ARCFOUR, OPT_STREAM_CHACHA20,
+                     OPT_STREAM_SALSA20, WEAK_KEY_ERROR, TempDirCase, verimond)
+
+MODES = ["ECB", "CBC", "CFB", "OFB", "CTR"]
+FAMILIES = [(verimond.aes128, 16), (verimond.aes192, 24), (verimond.aes256, 32),
+            (verimond.des, 8), (verimond.tdea, 24), (verimond.blowfish, 20)]
+GENERIC = {"aes128": (16, 16), "aes192": (24, 16), "aes256": (32, 16), "tdea": (24, 8)}
+PADDINGS = ["pkcs5", "oneandzeroes", "ansix923", "w3c", "nopad"]
+
+
+class BlockFamilies(TempDirCase):
+    def test_every_family_and_mode_round_trips_in_every_form(self):
+        for family, key_length in FAMILIES:
+            block = family.block_size
+            key, iv = os.urandom(key_length), os.urandom(block)
+            data = os.urandom(4 * block)
+            for mode in MODES:
+                with self.subTest(family=family.prefix, mode=mode):
+                    iv_or_none = None if mode == "ECB" else iv
+                    sealed = family.crypt(data, key, mode, iv_or_none)
+                    self.assertNotEqual(sealed, data)
+                    self.assertEqual(family.crypt(sealed, key, mode, iv_or_none, False), data)
+                    hex_iv = None if mode == "ECB" else iv.hex()
+                    self.assertEqual(family.crypt_hex(data.hex(), key.hex(), mode, hex_iv),
+                                     sealed.hex().upper())
+                    b64_iv = None if mode == "ECB" else verimond.b64_from_bytes(iv)
+                    self.assertEqual(
+                        verimond.bytes_from_b64(family.crypt_b64(
+                            verimond.b64_from_bytes(data), verimond.b64_from_bytes(key),
+                            mode, b64_iv)), sealed)
+                    # A context over pieces gives the one-shot result.
+                    context = family.init(key, mode, iv_or_none)
+                    pieces = context.update(data[:block]) + context.update(data[block:])
+                    context.final()
+                    self.assertEqual(pieces, sealed)
+                    context = family.init_hex(key.hex(), mode, hex_iv, encrypt=False)
+                    self.assertEqual(context.update_hex(sealed.hex()), data.hex().upper())
+                    context.final()
+                    self.assertFails(INVALID_HANDLE_ERROR, context.update, data)
+            self.assertEqual(family.ecb(data, key), family.crypt(data, key, "ECB"))
+            self.assertEqual(family.ecb_hex(data.hex(), key.hex()), family.ecb(data, key).hex().upper())
+
+    def test_file_calls_pad_and_prefix(self):
+        data = os.urandom(1001)
+        plain = self.path("plain", data)
+        for family, key_length in FAMILIES:
+            key, iv = os.urandom(key_length), os.urandom(family.block_size)
+            sealed, back = self.path("sealed"), self.path("back")
+            with self.subTest(family=family.prefix):
+                family.crypt_file(sealed, plain, key, "CBC", iv)
+                self.assertEqual(len(self.read(sealed)), 1001 + family.block_size - 1001 % family.block_size)
+                family.crypt_file(back, sealed, key, "CBC", iv, encrypt=False)
+                self.assertEqual(self.read(back), data)
+                family.crypt_file(sealed, plain, key, "CTR", iv, options=OPT_PREFIX_IV)
+                self.assertEqual(self.read(sealed)[:family.block_size], iv)
+                family.crypt_file_hex(back, sealed, key.hex(), "CTR", iv.hex(), encrypt=False)
+                self.assertNotEqual(self.read(back), data)   # the IV was taken for data
+                family.crypt_file(back, sealed, key, "CTR", None, encrypt=False,
+                                  options=OPT_PREFIX_IV)
+                self.assertEqual(self.read(back), data)
+
+    def test_screening_of_lengths_the_library_cannot_see(self):
+        # The families read a fixed number of key and IV bytes.
+        self.assertFails(BAD_KEY_LEN_ERROR, verimond.aes256.crypt, b"x" * 16, b"k" * 16, "CBC",
+                         b"i" * 16)
+        self.assertFails(38, verimond.des.crypt, b"x" * 8, b"k" * 8, "CBC", b"i" * 16)
+        self.assertFails(BAD_LENGTH_ERROR, verimond.tdea.crypt, b"x" * 9, b"k" * 24, "CBC",
+                         b"i" * 8)
+
+    def test_blowfish_context_ecb_leaves_the_chain_alone(self):
+        key, iv, data = os.urandom(16), os.urandom(8), os.urandom(32)
+        context = verimond.blowfish.init(key, "CBC", iv)
+        first = context.update(data[:16])
+        self.assertEqual(context.ecb(data[:8]), verimond.blowfish.ecb(data[:8], key))
+        self.assertEqual(context.ecb_hex(data[:8].hex(), encrypt=True),
+                         verimond.blowfish.ecb(data[:8], key).hex().upper())
+        self.assertEqual(first + context.update(data[16:]),
+                         verimond.blowfish.crypt(data, key, "CBC", iv))
+        context.final()
+
+    def test_des_keys_and_padding(self):
+        verimond.des_check_key(bytes.fromhex("133457799BBCDFF1"))
+        self.assertFails(WEAK_KEY_ERROR, verimond.des_check_key, b"\x01" * 8)
+        self.assertFails(WEAK_KEY_ERROR, verimond.des_check_key_hex, "FEFEFEFEFEFEFEFE" * 3)
+        self.assertFails(BAD_KEY_LEN_ERROR, verimond.des_check_key, b"\x13" * 9)
+        for option in (OPT_PAD_PKCS5, OPT_PAD_ONEANDZEROES, OPT_PAD_ANSIX923, OPT_PAD_W3C):
+            for block in (8, 16):
+                for length in (0, 1, block - 1, block, 3 * block + 2):
+                    data = os.urandom(length)
+                    padded = verimond.pad(data, block, option)
+                    self.assertEqual(len(padded) % block, 0)
+                    self.assertGreater(len(padded), length)
+                    self.assertEqual(verimond.unpad(padded, block, option), data)
+                    padded_hex = verimond.pad_hex(data.hex(), block, option)
+                    self.assertEqual(padded_hex.lower(), padded.hex())
+                    self.assertEqual(verimond.unpad_hex(padded_hex, block, option), data.hex())
+        self.assertFails(DECRYPT_ERROR, verimond.unpad, b"\x00" * 16, 16, OPT_PAD_PKCS5)
+
+
+class GenericCipher(TempDirCase):
+    def test_every_algorithm_mode_and_padding_round_trips(self):
+        for cipher, (key_length, block) in GENERIC.items():
+            key, iv = os.urandom(key_length), os.urandom(block)
+            for mode in MODES:
+                for padding in PADDINGS:
+                    algorithm = "%s/%s/%s" % (cipher, mode, padding)
+                    length = 3 * block if padding == "nopad" else 3 * block + 5
+                    data = os.urandom(length)
+                    with self.subTest(algorithm=algorithm):
+                        sealed = verimond.encrypt(data, key, iv, algorithm)
+                        self.assertEqual(verimond.decrypt(sealed, key, iv, algorithm), data)
+                        self.assertEqual(verimond.encrypt_bytes2(data, key, iv, algorithm), sealed)
+                        self.assertEqual(verimond.decrypt_bytes2(sealed, key, iv, algorithm), data)
+                        self.assertEqual(verimond.encrypt_hex(data.hex(), key.hex(), iv.hex(),
+                                                              algorithm), sealed.hex().upper())
+                        self.assertEqual(verimond.decrypt_hex(sealed.hex(), key.hex(), iv.hex(),
+                                                              algorithm), data.hex().upper())
+                        prefixed = verimond.encrypt(data, key, iv, algorithm, OPT_PREFIX_IV)
+                        self.assertEqual(prefixed, iv + sealed)
+                        self.assertEqual(verimond.decrypt(prefixed, key, None, algorithm,
+                                                          OPT_PREFIX_IV), data)
+
+    def test_option_bits_name_the_same_ciphers_as_text(self):
+        key, iv, data = os.urandom(24), os.urandom(16), os.urandom(40)
+        for bits, text in ((OPT_CIPHER_AES192 | OPT_MODE_CBC, "aes192/cbc"),
+                           (OPT_CIPHER_AES192 | OPT_MODE_CTR | OPT_PAD_NONE, "aes192-ctr")):
+            self.assertEqual(verimond.encrypt(data, key, iv, None, bits),
+                             verimond.encrypt(data, key, iv, text))
+        self.assertFails(17, verimond.encrypt, data, key, iv, "aes192/cbc", OPT_CIPHER_AES192)
+
+    def test_files_and_contexts(self):
+        data = os.urandom(5000)
+        plain, sealed, back = self.path("p", data), self.path("s"), self.path("b")
+        key, iv = os.urandom(32), os.urandom(16)
+        verimond.encrypt_file(sealed, plain, key, iv, "aes256/cbc", OPT_PREFIX_IV)
+        self.assertEqual(self.read(sealed), verimond.encrypt(data, key, iv, "aes256/cbc",
+                                                             OPT_PREFIX_IV))
+        verimond.decrypt_file(back, sealed, key, None, "aes256/cbc", OPT_PREFIX_IV)
+        self.assertEqual(self.read(back), data)
+        context = verimond.Cipher(key, iv, "aes256/ctr")
+        pieces = context.update(data[:16]) + context.update(data[16:32]) + context.update(data[32:])
+        context.final()
+        self.assertEqual(pieces, verimond.encrypt(data, key, iv, "aes256/ctr"))
+        context = verimond.Cipher.from_hex(key.hex(), iv.hex(), "aes256/cbc", encrypt=False)
+        self.assertFails(BAD_LENGTH_ERROR, context.update, b"x" * 15)   # +26 from the library
+        self.assertFails(INVALID_DATA_ERROR, context.update_hex, "ABC")  # odd: screened here
+        sealed_block = verimond.encrypt(data[:16], key, iv, "aes256/cbc/nopad")
+        self.assertEqual(context.update_hex(sealed_block.hex()), data[:16].hex().upper())
+        context.final()
+        self.assertFails(INVALID_HANDLE_ERROR, context.final)
+
+    def test_key_wrap(self):
+        for option, kek_length, lengths in ((OPT_CIPHER_AES128, 16, (16, 24, 64)),
+                                            (OPT_CIPHER_AES192, 24, (16,)),
+                                            (OPT_CIPHER_AES256, 32, (32,)),
+                                            (OPT_CIPHER_TDEA, 24, (24,))):
+            kek = os.urandom(kek_length)
+            for length in lengths:
+                data = os.urandom(length)
+                wrapped = verimond.key_wrap(data, kek, option)
+                self.assertEqual(len(wrapped), 40 if option == OPT_CIPHER_TDEA else length + 8)
+                self.assertEqual(verimond.key_unwrap(wrapped, kek, option), data)
+                with self.assertRaises(verimond.VerimondError):
+                    verimond.key_unwrap(wrapped, os.urandom(kek_length), option)
+
+
+class StreamCiphers(TempDirCase):
+    CASES = [(OPT_STREAM_CHACHA20, 32, 12), (OPT_STREAM_CHACHA20, 16, 8),
+             (OPT_STREAM_CHACHA20, 32, 16), (OPT_STREAM_SALSA20, 32, 8),
+             (OPT_STREAM_SALSA20, 16, 8), (OPT_STREAM_ARCFOUR, 13, 0)]
+
+    def test_round_trip_and_pieces(self):
+        data = os.urandom(1000)
+        for option, key_length, iv_length in self.CASES:
+            key = os.urandom(key_length)
+            iv = os.urandom(iv_length) if iv_length else None
+            with self.subTest(option=option, key=key_length, iv=iv_length):
+                sealed = verimond.stream_cipher(data, key, iv, 7, option)
+                self.assertEqual(verimond.stream_cipher(sealed, key, iv, 7, option), data)
+                self.assertEqual(verimond.stream_cipher_hex(data.hex(), key.hex(),
+                                                            iv.hex() if iv else None, 7, option),
+                                 sealed.hex().upper())
+                stream = verimond.StreamCipher(key, iv, 7, option)
+                self.assertEqual(stream.update(data[:33]) + stream.update(data[33:]), sealed)
+                stream.final()
+                out = self.path("out")
+                verimond.stream_cipher_file(out, self.path("in", data), key, iv, 7, option)
+                self.assertEqual(self.read(out), sealed)
+
+    def test_pc1_is_arcfour(self):
+        key, data = os.urandom(16), os.urandom(300)
+        sealed = verimond.pc1(data, key)
+        self.assertEqual(sealed, verimond.stream_cipher(data, key, None, 0, OPT_STREAM_ARCFOUR))
+        self.assertEqual(verimond.pc1_hex(data.hex(), key.hex()), sealed.hex().upper())
+        out = self.path("out")
+        verimond.pc1_file(out, self.path("in", sealed), key)
+        self.assertEqual(self.read(out), data)
+
+
+class Authenticated(TempDirCase):
+    ALGORITHMS = [(OPT_AEAD_AES_128_GCM, 16, 12), (OPT_AEAD_AES_256_GCM, 32, 12),
+                  (OPT_AEAD_CHACHA20_POLY1305, 32, 12), (OPT_AEAD_ASCON_128, 16, 16),
+                  (OPT_AEAD_ASCON_128A, 16, 16)]
+
+    def test_seal_open_and_tamper(self):
+        for option, key_length, nonce_length in self.ALGORITHMS:
+            key, nonce = os.urandom(key_length), os.urandom(nonce_length)
+            for data in (b"", os.urandom(100)):
+                with self.subTest(option=option, length=len(data)):
+                    sealed = verimond.aead_seal(data, key, nonce, b"aad", option)
+                    self.assertEqual(len(sealed), len(data) + 16)
+                    self.assertEqual(verimond.aead_open(sealed, key, nonce, b"aad", option), data)
+                    prefixed = verimond.aead_seal(data, key, nonce, b"aad", option | OPT_PREFIX_IV)
+                    self.assertEqual(prefixed, nonce + sealed)
+                    self.assertEqual(verimond.aead_open(prefixed, key, None, b"aad",
+                                                        option | OPT_PREFIX_IV), data)
+                    flipped = sealed[:-1] + bytes([sealed[-1] ^ 1])
+                    for bad_key, bad_data, bad_aad in ((key, flipped, b"aad"),
+                                                       (key, sealed, b"aaD"),
+                                                       (os.urandom(key_length), sealed, b"aad")):
+                        self.assertFails(AUTH_FAIL_ERROR, verimond.aead_open, bad_data, bad_key,
+                                         nonce, bad_aad, option)
+
+    def test_detached_tags_and_incremental_agree(self):
+        data = os.urandom(200)
+        for option, key_length, _ in self.ALGORITHMS[:3]:
+            key, nonce = os.urandom(key_length), os.urandom(12)
+            ciphertext, tag = verimond.aead_encrypt(data, key, nonce, b"hdr", option)
+            self.assertEqual(ciphertext + tag, verimond.aead_seal(data, key, nonce, b"hdr", option))
+            self.assertEqual(verimond.aead_decrypt(ciphertext, key, nonce, tag, b"hdr", option), data)
+            self.assertEqual(verimond.aead_decrypt(ciphertext, key, nonce, tag[:4], b"hdr", option),
+                             data)
+            self.assertFails(AUTH_FAIL_ERROR, verimond.aead_decrypt, ciphertext, key, nonce,
+                             bytes(16), b"hdr", option)
+            context = verimond.Aead(key, option)
+            for _ in range(2):   # the key survives a message
+                context.set_nonce(nonce)
+                context.add_aad(b"h")
+                context.add_aad(b"dr")
+                context.start_encrypt()
+                pieces = context.update(data[:77]) + context.update(data[77:])
+                self.assertEqual((pieces, context.finish_encrypt()), (ciphertext, tag))
+            context.set_nonce(nonce)
+            context.add_aad(b"hdr")
+            context.start_decrypt(tag)
+            self.assertEqual(context.update(ciphertext), data)
+            context.finish_decrypt()
+            context.destroy()
+        self.assertFails(BAD_KEY_LEN_ERROR, verimond.Aead, os.urandom(24), OPT_AEAD_AES_128_GCM)
+
+    def test_gcm_family(self):
+        key, iv, data = os.urandom(24), os.urandom(60), os.urandom(99)
+        ciphertext, tag = verimond.gcm_encrypt(data, key, iv, b"aad", tag_length=12)
+        self.assertEqual(len(tag), 12)
+        self.assertEqual(verimond.gcm_decrypt(ciphertext, key, iv, tag, b"aad"), data)
+        self.assertFails(AUTH_FAIL_ERROR, verimond.gcm_decrypt, ciphertext, key, iv, tag,
+                         b"aab")
+        gcm = verimond.GcmKey(key)
+        again, tag_again = gcm.encrypt(data, iv, b"aad", 12)
+        self.assertEqual((again, tag_again), (ciphertext, tag))
+        self.assertEqual(gcm.decrypt(ciphertext, iv, tag, b"aad"), data)
+        self.assertFails(AUTH_FAIL_ERROR, gcm.decrypt, ciphertext[1:], iv, tag, b"aad")
+        gcm.finish()
+        self.assertFails(INVALID_HANDLE_ERROR, gcm.encrypt, data, iv)
+
+
+if __name__ == "__main__":
+    unittest.main()
