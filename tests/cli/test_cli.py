@@ -30,6 +30,10 @@ class CliCase(unittest.TestCase):
                 f.write(content)
         return full
 
+    def read(self, name):
+        with open(name, "rb") as f:
+            return f.read()
+
     def ok(self, *args, data=None, env=None):
         result = run(*args, data=data, env=env)
         self.assertEqual(result.returncode, 0, result.stderr.decode())
@@ -164,7 +168,7 @@ class BlockCiphers(CliCase):
                     self.assertEqual(os.path.getsize(sealed),
                                      body + (0 if mode == "ecb" else block))
                     back = self.ok("decrypt", "-a", algorithm, "-k", key, "-", "-",
-                                   data=open(sealed, "rb").read())
+                                   data=self.read(sealed))
                     self.assertEqual(back, content)
 
     def test_explicit_iv_gives_the_bare_ciphertext_of_the_block_family(self):
@@ -224,12 +228,12 @@ class Authenticated(CliCase):
         key = os.urandom(32).hex()
         for content in (b"abc", b""):   # an empty text is authenticated too
             sealed = self.path("s", self.ok("seal", "-k", key, "-", "-", data=content))
-            out = self.path("out")
+            out = self.path("out%d" % len(content))
             self.assertIn("AUTH_FAIL_ERROR", self.fails(1, "open", "-k", os.urandom(32).hex(),
                                                         sealed, out))
             self.assertFalse(os.path.exists(out))
             self.ok("open", "-k", key, sealed, out)
-            self.assertEqual(open(out, "rb").read(), content)
+            self.assertEqual(self.read(out), content)
 
 
 class Derivation(CliCase):
@@ -267,7 +271,7 @@ class Utilities(CliCase):
         plain = self.path("plain", content)
         packed = self.path("packed")
         self.ok("compress", plain, packed)
-        self.assertEqual(zlib.decompress(open(packed, "rb").read()), content)
+        self.assertEqual(zlib.decompress(self.read(packed)), content)
         foreign = zlib.compress(content, 9)
         self.assertEqual(self.ok("uncompress", "-", "-", data=foreign), content)
         zstd = self.ok("compress", "-f", "zstd", "-", "-", data=content)
@@ -287,10 +291,10 @@ class Utilities(CliCase):
         self.assertTrue(values <= {-2, -1, 0, 1, 2} and len(values) > 1, values)
         seed = self.path("seed")
         self.ok("rand", "--seed-file", seed)
-        first = open(seed, "rb").read()
+        first = self.read(seed)
         self.ok("rand", "--seed-file", seed)
         self.assertEqual(len(first), 128)
-        self.assertNotEqual(open(seed, "rb").read(), first)
+        self.assertNotEqual(self.read(seed), first)
         made = self.path("made")
         self.ok("rand", "--new-seed-file", made, data=b"")
         self.assertEqual(os.path.getsize(made), 128)

@@ -107,9 +107,9 @@ static int derivation(void) {
     r = PBE_Scrypt(key, 16, password, 8, salt, 4, 1024, 8, 1, 0);
     if (check("scrypt", r) || !(hex = cli_hex(key, 16)))
         return 1;
-    row("", "scrypt N=1024 r=8 p=1", hex);
+    row("", "scrypt N=1024", hex);
     free(hex);
-    printf("  %-10s %-20s %s\n", "", "", "(password \"password\", salt \"salt\")");
+    row("", "", "(password \"password\", salt \"salt\"; 4096 iterations; r=8, p=1)");
     return 0;
 }
 
