@@ -9,8 +9,8 @@ verimond.constants under the names of the C header.
 Families:
   api      version, module information, self-tests      (API_)
   convert  hex and Base64                               (CNV_)
-  digest   digests and digest streams                   (HASH_, SHA3_, SHA1_, SHA2_, MD5_)
-  mac      MACs, XOF, PRF, PBKDF2 and scrypt            (MAC_, XOF_, PRF_, PBE_)
+  digests  digests and digest streams                   (HASH_, SHA3_, SHA1_, SHA2_, MD5_)
+  macs     MACs, XOF, PRF, PBKDF2 and scrypt            (MAC_, XOF_, PRF_, PBE_)
   block    per-cipher families and padding              (AES128_ ... BLF_, DES_, PAD_)
   cipher   generic cipher calls and key wrap            (CIPHER_)
   stream   stream ciphers                               (CIPHER_Stream, PC1_)
@@ -18,15 +18,15 @@ Families:
   rng      random numbers and seed files                (RNG_)
   util     compression, CRC-32, wiping                  (ZLIB_, COMPR_, CRC_, WIPE_)
 """
-from . import aead, api, block, cipher, constants, convert, digest, mac, rng, stream, util
+from . import aead, api, block, cipher, constants, convert, digests, macs, rng, stream, util
 from ._native import VerimondError, library_path
 from .aead import *  # noqa: F401,F403
 from .api import *  # noqa: F401,F403
 from .block import *  # noqa: F401,F403
 from .cipher import *  # noqa: F401,F403
 from .convert import *  # noqa: F401,F403
-from .digest import *  # noqa: F401,F403
-from .mac import *  # noqa: F401,F403
+from .digests import *  # noqa: F401,F403
+from .macs import *  # noqa: F401,F403
 from .rng import *  # noqa: F401,F403
 from .stream import *  # noqa: F401,F403
 from .util import *  # noqa: F401,F403

@@ -197,6 +197,10 @@ class BlockCiphers(CliCase):
         self.assertFalse(os.path.exists(out))
         self.fails(1, "encrypt", "-k", "0011", plain, out)
         self.assertFalse(os.path.exists(out))
+        # A refused call leaves a file that was there before alone.
+        kept = self.path("kept", b"precious")
+        self.fails(1, "decrypt", "-k", "0011", sealed, kept)
+        self.assertEqual(self.read(kept), b"precious")
         self.fails(2, "encrypt", "-k", key, plain, plain)
         self.fails(2, "encrypt", "-a", "aes256/ecb", "-k", key, "--iv", "00" * 16, plain, out)
 

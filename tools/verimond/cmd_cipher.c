@@ -177,12 +177,12 @@ static int crypt_file(int argc, char **argv, int encrypting) {
     else
         result = CIPHER_FileDecrypt(outPath, inPath, key, keyLength, iv, ivLength, algorithm,
                                     options);
+    /* The library leaves no output file behind a failure; a file that
+       existed before a refused call is the user's and stays. */
     if (result != 0)
         status = cli_fail(strcmp(input, "-") ? input : NULL, result);
     else
         status = cli_staging_flush(&staging);
-    if (status && strcmp(output, "-") != 0)
-        remove(output);
 
 done:
     cli_staging_end(&staging);
