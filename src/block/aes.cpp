@@ -1,9 +1,11 @@
 // AES core (FIPS 197), table-driven with 32-bit lookups on big-endian words,
-// and its instance of the mode engine. Not constant-time.
+// and its instance of the mode engine. Not constant-time. Each entry hands
+// over to the AES-NI code (aes_x86.h) when the processor has it.
 #include "block/aes.h"
 
 #include <cstring>
 
+#include "block/aes_x86.h"
 #include "block/mode_engine.h"
 #include "util/bytes.h"
 #include "util/wipe.h"
@@ -42,6 +44,9 @@ inline uint32_t Pick(const uint32_t* table, uint32_t index, uint32_t mask) { ret
 }  // namespace
 
 int AesSetEncryptKey(uint32_t* rk, const uint8_t* key, int keyBits) {
+    if (AesNiUsable() && (keyBits == 128 || keyBits == 192 || keyBits == 256)) {
+        return AesNiSetEncryptKey(rk, key, keyBits);
+    }
     // Words are loaded only as far as the size tested so far, so a short key
     // is never read beyond its end.
     rk[0] = Load32Be(key);
@@ -89,6 +94,9 @@ int AesSetEncryptKey(uint32_t* rk, const uint8_t* key, int keyBits) {
 }
 
 int AesSetDecryptKey(uint32_t* rk, const uint8_t* key, int keyBits) {
+    if (AesNiUsable() && (keyBits == 128 || keyBits == 192 || keyBits == 256)) {
+        return AesNiSetDecryptKey(rk, key, keyBits);
+    }
     const int rounds = AesSetEncryptKey(rk, key, keyBits);
     if (rounds == 0) return 0;
     for (int i = 0, j = 4 * rounds; i < j; i += 4, j -= 4) {
@@ -109,6 +117,10 @@ int AesSetDecryptKey(uint32_t* rk, const uint8_t* key, int keyBits) {
 }
 
 void AesEncryptBlock(const uint32_t* rk, int rounds, const uint8_t* input, uint8_t* output) {
+    if (AesNiUsable() && IsAesRoundCount(uint32_t(rounds))) {
+        AesNiEncryptBlock(rk, rounds, input, output);
+        return;
+    }
     uint32_t s[4], t[4];
     s[0] = Load32Be(input) ^ rk[0];
     s[1] = Load32Be(input + 4) ^ rk[1];
@@ -131,6 +143,10 @@ void AesEncryptBlock(const uint32_t* rk, int rounds, const uint8_t* input, uint8
 }
 
 void AesDecryptBlock(const uint32_t* rk, int rounds, const uint8_t* input, uint8_t* output) {
+    if (AesNiUsable() && IsAesRoundCount(uint32_t(rounds))) {
+        AesNiDecryptBlock(rk, rounds, input, output);
+        return;
+    }
     uint32_t s[4], t[4];
     s[0] = Load32Be(input) ^ rk[0];
     s[1] = Load32Be(input + 4) ^ rk[1];
@@ -197,6 +213,13 @@ int AesSetupMode(AesContext* ctx, int32_t mode, const uint8_t* key, size_t keyLe
 }
 
 int AesProcess(AesContext* ctx, uint8_t* output, const uint8_t* input, size_t length) {
+    // The processor's instructions when it has them: same results, decided
+    // once for the whole run.
+    if (AesNiUsable() && IsAesRoundCount(ctx->rounds)) {
+        const int status = mode_engine::Screen<16>(ctx->mode, output, input, length);
+        if (status == 0) AesNiProcess(ctx, output, input, length);
+        return status;
+    }
     return mode_engine::Process<AesCipher>(ctx, output, input, length);
 }
 

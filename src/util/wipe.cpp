@@ -1,8 +1,11 @@
 #include "util/wipe.h"
 
+#include <cstring>
+
 void SecureWipe(void* p, size_t n) {
     if (p == nullptr) return;
-    volatile unsigned char* q = static_cast<volatile unsigned char*>(p);
-    for (size_t i = 0; i < n; ++i) q[i] = 0;
+    // memset is far faster than a byte loop on large records; the barrier
+    // that may read the memory keeps the compiler from dropping the stores.
+    std::memset(p, 0, n);
     __asm__ __volatile__("" : : "r"(p) : "memory");
 }

@@ -2,8 +2,8 @@
 #pragma once
 #include <cstddef>
 
-// Zeroes n bytes through a volatile pointer, then a compiler barrier, so the
-// stores survive even when the buffer is dead afterwards.
+// Zeroes n bytes, then a compiler barrier that may read them, so the stores
+// survive even when the buffer is dead afterwards.
 void SecureWipe(void* p, size_t n);
 
 template <typename T>
