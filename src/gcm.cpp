@@ -79,7 +79,7 @@ int32_t GCM_Encrypt(unsigned char* out, int32_t outlen, unsigned char* tag, int3
     GcmKeyTables tables;
     GcmExpandKey(&tables, key, uint32_t(keylen) * 8);
     Seal(&tables, output, tag, taglen, input, inlen, iv, ivlen, aad, aadlen);
-    WipeObject(tables);
+    GcmWipeKeyTables(&tables);
     return LeaveCall(0);
 }
 
@@ -102,7 +102,7 @@ int32_t GCM_Decrypt(unsigned char* out, int32_t outlen, const unsigned char* inp
     GcmExpandKey(&tables, key, uint32_t(keylen) * 8);
     uint8_t* output = (out != nullptr && outlen != 0) ? out : nullptr;
     int ok = GcmOpen(&tables, iv, size_t(ivlen), input, size_t(inlen), tag, taglen, aad, size_t(aadlen), output);
-    WipeObject(tables);
+    GcmWipeKeyTables(&tables);
     return LeaveCall(ok ? 0 : -AUTH_FAIL_ERROR);
 }
 

@@ -13,6 +13,11 @@ struct GcmKeyTables {
     uint32_t schedule[60];   // round keys, big-endian words
     uint32_t roundCache[4];
     uint32_t keyBits;        // 128, 192 or 256
+    // The carry-less multiply path (gcm_x86.h), chosen once by GcmExpandKey.
+    // When it is in use, table and roundCache are left unwritten: the path
+    // multiplies by powers of H and keeps no first-round sums.
+    uint32_t clmul;             // 1 when the path below is in use, else 0
+    uint8_t hPowers[16][16];    // H^16 ... H^1, bit-reflected, each times x^-1
 };
 
 // The record behind the incremental AEAD calls. The raw key is kept because
@@ -33,6 +38,9 @@ struct GcmStream {
     uint64_t aadLen;
     uint64_t textLen;
     uint32_t state;  // 0 empty, 1 key set, 2 nonce set, 3 encrypting, 4 decrypting
+    // The nonce, for the carry-less multiply path only: the portable path
+    // keeps it in tables.roundCache.
+    uint8_t nonce[12];
 };
 
 // --- forward AES with the first-round cache (gcm_aes.cpp) ---
@@ -45,8 +53,12 @@ void GcmAesCounterStart(GcmKeyTables* tables, const uint32_t fixed[3], uint32_t 
 void GcmAesCounterNext(const GcmKeyTables* tables, uint32_t* counter, uint8_t out[16]);
 
 // --- whole messages (gcm.cpp) ---
-// AES key schedule, H and the multiples table. keyBits 128, 192 or 256.
+// AES key schedule, H and the multiples table (or, on the carry-less
+// multiply path, the powers of H). keyBits 128, 192 or 256.
 void GcmExpandKey(GcmKeyTables* tables, const uint8_t* key, uint32_t keyBits);
+// Zeroes what GcmExpandKey and the message routines wrote: the whole record
+// on the portable path, all but the untouched 4 KB table on the other.
+void GcmWipeKeyTables(GcmKeyTables* tables);
 // Output may be null only for an empty input. The AAD and text bit lengths
 // of the closing block are 32-bit values: 2^29 bytes or more give a tag of
 // this library alone (kept: existing tags depend on it).

@@ -1,7 +1,11 @@
 // AES-GCM on whole messages: key expansion, J0, seal and the two-pass open.
+// A key expanded for the carry-less multiply path (gcm_x86.h) takes that
+// path for every message.
+#include <cstddef>
 #include <cstring>
 
 #include "aead/gcm.h"
+#include "aead/gcm_x86.h"
 #include "aead/ghash.h"
 #include "util/bytes.h"
 #include "util/ct.h"
@@ -52,6 +56,11 @@ void CounterXor(const GcmKeyTables* t, uint32_t* counter, const uint8_t* input, 
 }  // namespace
 
 void GcmExpandKey(GcmKeyTables* tables, const uint8_t* key, uint32_t keyBits) {
+    if (GcmClmulUsable()) {
+        GcmClmulExpandKey(tables, key, keyBits);
+        return;
+    }
+    tables->clmul = 0;
     GcmAesSetKey(tables, key, keyBits);
     uint8_t zero[16] = {}, h[16];
     GcmAesEncryptBlock(tables, zero, h);
@@ -78,8 +87,20 @@ void GcmExpandKey(GcmKeyTables* tables, const uint8_t* key, uint32_t keyBits) {
     SecureWipe(h, sizeof h);
 }
 
+void GcmWipeKeyTables(GcmKeyTables* tables) {
+    if (tables->clmul == 1) {
+        SecureWipe(tables->schedule, sizeof *tables - offsetof(GcmKeyTables, schedule));
+    } else {
+        WipeObject(*tables);
+    }
+}
+
 void GcmSeal(GcmKeyTables* tables, const uint8_t* iv, size_t ivLength, const uint8_t* input, size_t inputLength,
              const uint8_t* aad, size_t aadLength, uint8_t* output, uint8_t tag[16]) {
+    if (tables->clmul == 1) {
+        GcmClmulSeal(tables, iv, ivLength, input, inputLength, aad, aadLength, output, tag);
+        return;
+    }
     uint32_t fixed[3], counter;
     MakeJ0(tables, iv, ivLength, fixed, &counter);
     GcmAesCounterStart(tables, fixed, counter, tag);
@@ -108,6 +129,9 @@ void GcmSeal(GcmKeyTables* tables, const uint8_t* iv, size_t ivLength, const uin
 
 int GcmOpen(GcmKeyTables* tables, const uint8_t* iv, size_t ivLength, const uint8_t* input, size_t inputLength,
             const uint8_t* tag, int32_t tagLength, const uint8_t* aad, size_t aadLength, uint8_t* output) {
+    if (tables->clmul == 1) {
+        return GcmClmulOpen(tables, iv, ivLength, input, inputLength, tag, tagLength, aad, aadLength, output);
+    }
     uint32_t fixed[3], counter;
     MakeJ0(tables, iv, ivLength, fixed, &counter);
     uint8_t diff[16];
@@ -139,7 +163,7 @@ int32_t GcmAeadEncrypt(uint8_t* out, uint8_t* tag, const uint8_t* input, int32_t
     GcmSeal(&tables, nonce, size_t(nonceLength), input, size_t(inputLength), aad, size_t(aadLength), out, local);
     std::memcpy(tag, local, 16);
     SecureWipe(local, sizeof local);
-    WipeObject(tables);
+    GcmWipeKeyTables(&tables);
     return 0;
 }
 
@@ -151,6 +175,6 @@ int32_t GcmAeadDecrypt(uint8_t* out, int32_t outputLength, const uint8_t* input,
     uint8_t* output = (out != nullptr && outputLength >= 1) ? out : nullptr;
     int ok = GcmOpen(&tables, nonce, size_t(nonceLength), input, size_t(inputLength), tag, tagLength, aad,
                      size_t(aadLength), output);
-    WipeObject(tables);
+    GcmWipeKeyTables(&tables);
     return ok ? 0 : -AUTH_FAIL_ERROR;
 }

@@ -1,10 +1,12 @@
 // AES-GCM as an incremental record: the AEAD_ calls feed it in pieces of any
 // size. AAD and text pass through one GHASH buffer; the key stream keeps a
 // part-used block across calls. Counts are 64-bit here, unlike the
-// whole-message routines.
+// whole-message routines. Tables expanded for the carry-less multiply path
+// (gcm_x86.h) take that path for hashing and key stream alike.
 #include <cstring>
 
 #include "aead/gcm.h"
+#include "aead/gcm_x86.h"
 #include "aead/ghash.h"
 #include "util/bytes.h"
 #include "util/ct.h"
@@ -13,6 +15,14 @@
 
 namespace {
 enum : uint32_t { kKeySet = 1, kNonceSet = 2, kEncrypting = 3, kDecrypting = 4 };
+
+void HashBlocks(GcmStream* s, const uint8_t* data, size_t blocks) {
+    if (s->tables.clmul == 1) {
+        GcmClmulHash(&s->tables, s->ghash, data, blocks);
+        return;
+    }
+    for (; blocks != 0; --blocks, data += 16) GhashBlock(s->ghash, s->tables.table, data);
+}
 
 void Absorb(GcmStream* s, const uint8_t* data, size_t length) {
     if (s->pendingLen != 0) {
@@ -23,14 +33,12 @@ void Absorb(GcmStream* s, const uint8_t* data, size_t length) {
         data += take;
         length -= take;
         if (s->pendingLen < 16) return;
-        GhashBlock(s->ghash, s->tables.table, s->pending);
+        HashBlocks(s, s->pending, 1);
         s->pendingLen = 0;
     }
-    while (length >= 16) {
-        GhashBlock(s->ghash, s->tables.table, data);
-        data += 16;
-        length -= 16;
-    }
+    HashBlocks(s, data, length / 16);
+    data += length - length % 16;
+    length %= 16;
     if (length != 0) {
         std::memcpy(s->pending, data, length);
         s->pendingLen = uint32_t(length);
@@ -51,6 +59,13 @@ void KeystreamXor(GcmStream* s, const uint8_t* input, uint8_t* out, size_t lengt
         }
         if (s->keystreamPos == 16) s->keystreamPos = 0;
     }
+    const bool clmul = s->tables.clmul == 1;
+    if (clmul) {
+        GcmClmulCtr(&s->tables, s->nonce, &s->counter, input, out, length / 16);
+        input += length - length % 16;
+        out += length - length % 16;
+        length %= 16;
+    }
     uint8_t ks[16];
     while (length >= 16) {
         GcmAesCounterNext(&s->tables, &s->counter, ks);
@@ -61,7 +76,11 @@ void KeystreamXor(GcmStream* s, const uint8_t* input, uint8_t* out, size_t lengt
     }
     SecureWipe(ks, sizeof ks);
     if (length != 0) {
-        GcmAesCounterNext(&s->tables, &s->counter, s->keystream);
+        if (clmul) {
+            GcmClmulCounterBlock(&s->tables, s->nonce, ++s->counter, s->keystream);
+        } else {
+            GcmAesCounterNext(&s->tables, &s->counter, s->keystream);
+        }
         for (size_t i = 0; i < length; ++i) out[i] = uint8_t(input[i] ^ s->keystream[i]);
         s->keystreamPos = uint32_t(length);
     }
@@ -93,16 +112,21 @@ int32_t GcmStreamInit(GcmStream* s, const uint8_t* key, int32_t keyLength) {
 int32_t GcmStreamSetNonce(GcmStream* s, const uint8_t* nonce, int32_t nonceLength) {
     if (s->state != kKeySet) return -MISUSE_ERROR;
     if (nonce == nullptr || nonceLength != 12) return -BAD_PARAM_ERROR;
-    WipeObject(s->tables);
+    GcmWipeKeyTables(&s->tables);
     std::memset(s->pending, 0, sizeof s->pending);
     s->pendingLen = 0;
     std::memset(s->ghash, 0, sizeof s->ghash);
     s->keystreamPos = 0;
     // The tables are rebuilt for every nonce, from the kept key.
     GcmExpandKey(&s->tables, s->key, s->keyBits);
-    const uint32_t fixed[3] = {Load32Be(nonce), Load32Be(nonce + 4), Load32Be(nonce + 8)};
     uint8_t j0[16];
-    GcmAesCounterStart(&s->tables, fixed, 1, j0);
+    if (s->tables.clmul == 1) {
+        std::memcpy(s->nonce, nonce, 12);
+        GcmClmulCounterBlock(&s->tables, nonce, 1, j0);
+    } else {
+        const uint32_t fixed[3] = {Load32Be(nonce), Load32Be(nonce + 4), Load32Be(nonce + 8)};
+        GcmAesCounterStart(&s->tables, fixed, 1, j0);
+    }
     for (int k = 0; k < 4; ++k) s->encJ0[k] = Load32Be(j0 + 4 * k);
     SecureWipe(j0, sizeof j0);
     s->state = kNonceSet;

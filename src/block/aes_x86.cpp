@@ -14,11 +14,11 @@ using namespace aesx86;
 
 namespace {
 
-// w[i] ^= w[i-1] ^ ... ^ w[0] across the four words of k.
+// w[i] ^= w[i-1] ^ ... ^ w[0] across the four words of k, in two steps
+// (neighbours, then pairs) to keep the schedule's chain short.
 VERIMOND_AESNI_INLINE __m128i PrefixXor(__m128i k) {
     k = _mm_xor_si128(k, _mm_slli_si128(k, 4));
-    k = _mm_xor_si128(k, _mm_slli_si128(k, 4));
-    return _mm_xor_si128(k, _mm_slli_si128(k, 4));
+    return _mm_xor_si128(k, _mm_slli_si128(k, 8));
 }
 
 // Next four words from the last four: AESKEYGENASSIST gives
