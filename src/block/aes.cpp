@@ -116,11 +116,10 @@ int AesSetDecryptKey(uint32_t* rk, const uint8_t* key, int keyBits) {
     return rounds;
 }
 
-void AesEncryptBlock(const uint32_t* rk, int rounds, const uint8_t* input, uint8_t* output) {
-    if (AesNiUsable() && IsAesRoundCount(uint32_t(rounds))) {
-        AesNiEncryptBlock(rk, rounds, input, output);
-        return;
-    }
+namespace {
+
+// The table-driven transforms, which the portable engine calls block by block.
+void TableEncryptBlock(const uint32_t* rk, int rounds, const uint8_t* input, uint8_t* output) {
     uint32_t s[4], t[4];
     s[0] = Load32Be(input) ^ rk[0];
     s[1] = Load32Be(input + 4) ^ rk[1];
@@ -142,11 +141,7 @@ void AesEncryptBlock(const uint32_t* rk, int rounds, const uint8_t* input, uint8
                                Pick(kTe4, t[1] >> 8, 0x0000ff00u) ^ Pick(kTe4, t[2], 0xffu) ^ rk[3]);
 }
 
-void AesDecryptBlock(const uint32_t* rk, int rounds, const uint8_t* input, uint8_t* output) {
-    if (AesNiUsable() && IsAesRoundCount(uint32_t(rounds))) {
-        AesNiDecryptBlock(rk, rounds, input, output);
-        return;
-    }
+void TableDecryptBlock(const uint32_t* rk, int rounds, const uint8_t* input, uint8_t* output) {
     uint32_t s[4], t[4];
     s[0] = Load32Be(input) ^ rk[0];
     s[1] = Load32Be(input + 4) ^ rk[1];
@@ -168,16 +163,34 @@ void AesDecryptBlock(const uint32_t* rk, int rounds, const uint8_t* input, uint8
                                Pick(kTd4, t[1] >> 8, 0x0000ff00u) ^ Pick(kTd4, t[0], 0xffu) ^ rk[3]);
 }
 
+}  // namespace
+
+void AesEncryptBlock(const uint32_t* rk, int rounds, const uint8_t* input, uint8_t* output) {
+    if (AesNiUsable() && IsAesRoundCount(uint32_t(rounds))) {
+        AesNiEncryptBlock(rk, rounds, input, output);
+    } else {
+        TableEncryptBlock(rk, rounds, input, output);
+    }
+}
+
+void AesDecryptBlock(const uint32_t* rk, int rounds, const uint8_t* input, uint8_t* output) {
+    if (AesNiUsable() && IsAesRoundCount(uint32_t(rounds))) {
+        AesNiDecryptBlock(rk, rounds, input, output);
+    } else {
+        TableDecryptBlock(rk, rounds, input, output);
+    }
+}
+
 namespace {
 
 struct AesCipher {
     using Context = AesContext;
     static constexpr size_t kBlock = 16;
     static void Encrypt(const AesContext& c, const uint8_t* in, uint8_t* out) {
-        AesEncryptBlock(c.roundKeys, int(c.rounds), in, out);
+        TableEncryptBlock(c.roundKeys, int(c.rounds), in, out);
     }
     static void Decrypt(const AesContext& c, const uint8_t* in, uint8_t* out) {
-        AesDecryptBlock(c.roundKeys, int(c.rounds), in, out);
+        TableDecryptBlock(c.roundKeys, int(c.rounds), in, out);
     }
     static void LoadRegister(const AesContext& c, uint8_t* reg) { std::memcpy(reg, c.iv, 16); }
     static void StoreRegister(AesContext& c, const uint8_t* reg) { std::memcpy(c.iv, reg, 16); }
