@@ -201,7 +201,7 @@ VERIMOND_AESNI void CtrBlocks(const uint32_t* rk, int rounds, uint8_t counter[16
     StoreCounter(counter, c);
 }
 
-// Part blocks go through a zero-filled stack block, wiped by the caller.
+// The n bytes of a last part block; the keystream block is the caller's to wipe.
 void XorPart(uint8_t* out, const uint8_t* in, const uint8_t* keystream, size_t n) {
     for (size_t i = 0; i < n; ++i) out[i] = uint8_t(in[i] ^ keystream[i]);
 }
