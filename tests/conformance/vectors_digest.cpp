@@ -1,6 +1,6 @@
-// Published digest vectors: NIST SHAVS and SHA3VS byte and bit sets, the
-// FIPS 202 bit examples, the RFC and author sets for MD5, MD2 and RIPEMD-160,
-// and the Ascon v1.2 hash known answers.
+// Published digest and XOF vectors: NIST SHAVS and SHA3VS byte and bit sets,
+// SHAKE, the FIPS 202 examples, the RFC and author sets for MD5, MD2 and
+// RIPEMD-160, and the Ascon v1.2 hash and XOF known answers.
 #include <algorithm>
 
 #include "registry.h"
@@ -191,6 +191,67 @@ CONFORMANCE_SUITE(Vectors, AsconHash, 2050, "Ascon-Hash, Ascon-HashA (v1.2), mes
             int32_t n = HASH_Bytes(out, 32, Ptr(msg), Size(msg), f.option);
             check.Equal(n == 32 ? ToHex(out, 32) : "error", Lower(r.Get("MD")), Where(f.file, r) + " HASH_Bytes");
             check.Equal(HexOf(msg, f.option), Lower(r.Get("MD")), Where(f.file, r) + " HASH_HexFromBytes");
+        }
+    }
+}
+
+namespace {
+
+// SHAKE through XOF_Bytes and through PRF_Bytes, which ignores key and
+// custom string for these options.
+void CheckShake(Checker& check, int32_t option, const ByteVec& msg, const std::string& want,
+                const std::string& where) {
+    ByteVec out(want.size() / 2);
+    int32_t n = XOF_Bytes(out.data(), Size(out), Ptr(msg), Size(msg), option);
+    check.Equal(n == Size(out) ? ToHex(out) : "error " + std::to_string(n), Lower(want), where + " XOF_Bytes");
+    const uint8_t key[3] = {1, 2, 3};
+    n = PRF_Bytes(out.data(), Size(out), NonNull(msg), Size(msg), key, 3, "ignored", option);
+    check.Equal(n == Size(out) ? ToHex(out) : "error " + std::to_string(n), Lower(want), where + " PRF_Bytes");
+}
+
+}  // namespace
+
+CONFORMANCE_SUITE(Vectors, Shake, 831,
+                  "SHAKE128, SHAKE256: byte-oriented messages, 128/256-bit and variable outputs up to 4096 bits",
+                  "NIST CAVP SHA3VS: nist-cavp/sha3/SHAKE{128,256}{Short,Long}Msg.rsp (complete), "
+                  "SHAKE{128,256}VariableOut_subset.rsp; FIPS 202 examples nist-examples/fips202/SHAKETestVectors.txt "
+                  "(the 0- and 1600-bit messages)",
+                  "XOF_Bytes PRF_Bytes") {
+    for (int32_t option : {OPT_XOF_SHAKE128, OPT_XOF_SHAKE256}) {
+        const std::string bits = option == OPT_XOF_SHAKE128 ? "128" : "256";
+        for (const char* kind : {"ShortMsg", "LongMsg", "VariableOut_subset"}) {
+            const std::string file = "nist-cavp/sha3/SHAKE" + bits + kind + ".rsp";
+            for (const VectorRecord& r : ReadSet(check, file)) {
+                check.Case();
+                ByteVec msg = r.Bytes("Msg");
+                if (r.Has("Len")) msg.resize(size_t(r.Int("Len") / 8));
+                CheckShake(check, option, msg, r.Get("Output"), Where(file, r));
+            }
+        }
+    }
+    // The bit-string examples whose messages are whole bytes.
+    for (const BitSample& s : ReadBitSamples("nist-examples/fips202/SHAKETestVectors.txt")) {
+        if (s.bits.size() % 8 != 0) continue;
+        check.Case();
+        ByteVec msg = s.Message();
+        msg.resize(s.bits.size() / 8);
+        CheckShake(check, s.algorithm == "SHAKE-128" ? OPT_XOF_SHAKE128 : OPT_XOF_SHAKE256, msg, s.output,
+                   s.algorithm + " of " + std::to_string(s.bits.size()) + " bits");
+    }
+}
+
+CONFORMANCE_SUITE(Vectors, AsconXof, 2050, "Ascon-XOF, Ascon-XOFA (v1.2), messages of 0 to 1024 bytes, 32-byte output",
+                  "Ascon v1.2 LWC known answers: ascon-v1.2/Ascon-XOF{,A}_v1.2_LWC_HASH_KAT_256.txt (complete)",
+                  "XOF_Bytes") {
+    for (int32_t option : {OPT_XOF_ASCON_XOF, OPT_XOF_ASCON_XOFA}) {
+        const std::string file = option == OPT_XOF_ASCON_XOF ? "ascon-v1.2/Ascon-XOF_v1.2_LWC_HASH_KAT_256.txt"
+                                                             : "ascon-v1.2/Ascon-XOFA_v1.2_LWC_HASH_KAT_256.txt";
+        for (const VectorRecord& r : ReadSet(check, file)) {
+            check.Case();
+            const ByteVec msg = r.Bytes("Msg");
+            uint8_t out[32];
+            int32_t n = XOF_Bytes(out, 32, Ptr(msg), Size(msg), option);
+            check.Equal(n == 32 ? ToHex(out, 32) : "error " + std::to_string(n), Lower(r.Get("MD")), Where(file, r));
         }
     }
 }
