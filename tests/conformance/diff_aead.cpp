@@ -19,21 +19,25 @@ CONFORMANCE_SUITE(Differential, AesGcm, 2000,
         const ByteVec key = rng.Bytes(keyLength), iv = rng.Bytes(ivLength);
         const ByteVec aad = rng.Bytes(size_t(rng.Between(0, 200))), pt = rng.Bytes(size_t(rng.Between(0, 200)));
         ByteVec ct, tag(size_t(rng.Between(4, 16)));
-        const std::string where = CaseName(rng, i, "key " + ToHex(key) + " iv " + ToHex(iv) + " aad " +
-                                                       std::to_string(aad.size()) + " text " + std::to_string(pt.size()) +
-                                                       " tag " + std::to_string(tag.size()));
+        const std::string where =
+            CaseName(rng, i,
+                     "key " + ToHex(key) + " iv " + ToHex(iv) + " aad " + std::to_string(aad.size()) + " text " +
+                         std::to_string(pt.size()) + " tag " + std::to_string(tag.size()));
         if (!check.True(ref::GcmEncrypt(key, iv, aad, pt, &ct, &tag), "reference failed", where)) continue;
         ByteVec out(pt.size() + 1), got(tag.size());
-        int32_t rc = GCM_Encrypt(out.data(), Size(out), got.data(), Size(got), Ptr(pt), Size(pt), key.data(),
-                                 Size(key), iv.data(), Size(iv), Ptr(aad), Size(aad), 0);
+        int32_t rc = GCM_Encrypt(out.data(), Size(out), got.data(), Size(got), Ptr(pt), Size(pt), key.data(), Size(key),
+                                 iv.data(), Size(iv), Ptr(aad), Size(aad), 0);
         check.Equal(rc ? "error " + std::to_string(rc) : ToHex(out.data(), pt.size()) + ToHex(got),
                     ToHex(ct) + ToHex(tag), where + " GCM_Encrypt");
-        rc = GCM_Decrypt(out.data(), Size(out), Ptr(ct), Size(ct), key.data(), Size(key), iv.data(), Size(iv),
-                         Ptr(aad), Size(aad), tag.data(), Size(tag), 0);
-        check.Equal(rc ? "error " + std::to_string(rc) : ToHex(out.data(), pt.size()), ToHex(pt), where + " GCM_Decrypt");
+        rc = GCM_Decrypt(out.data(), Size(out), Ptr(ct), Size(ct), key.data(), Size(key), iv.data(), Size(iv), Ptr(aad),
+                         Size(aad), tag.data(), Size(tag), 0);
+        check.Equal(rc ? "error " + std::to_string(rc) : ToHex(out.data(), pt.size()), ToHex(pt),
+                    where + " GCM_Decrypt");
         // One changed byte anywhere in text, AAD or tag is refused.
         ByteVec badCt = ct, badAad = aad, badTag = tag;
-        ByteVec& victim = rng.Between(0, 2) == 0 && !ct.empty() ? badCt : !aad.empty() && rng.Between(0, 1) ? badAad : badTag;
+        ByteVec& victim = rng.Between(0, 2) == 0 && !ct.empty() ? badCt
+                          : !aad.empty() && rng.Between(0, 1)   ? badAad
+                                                                : badTag;
         victim[size_t(rng.Between(0, int(victim.size()) - 1))] ^= uint8_t(1 << rng.Between(0, 7));
         rc = GCM_Decrypt(out.data(), Size(out), Ptr(badCt), Size(badCt), key.data(), Size(key), iv.data(), Size(iv),
                          Ptr(badAad), Size(badAad), badTag.data(), Size(badTag), 0);
@@ -47,7 +51,8 @@ CONFORMANCE_SUITE(Differential, AesGcm, 2000,
                     ToHex(ct) + ToHex(tag), where + " AEAD_Encrypt");
         rc = AEAD_Decrypt(out.data(), Size(out), Ptr(ct), Size(ct), key.data(), Size(key), iv.data(), 12, Ptr(aad),
                           Size(aad), tag.data(), Size(tag), alg);
-        check.Equal(rc ? "error " + std::to_string(rc) : ToHex(out.data(), pt.size()), ToHex(pt), where + " AEAD_Decrypt");
+        check.Equal(rc ? "error " + std::to_string(rc) : ToHex(out.data(), pt.size()), ToHex(pt),
+                    where + " AEAD_Decrypt");
     }
 }
 
@@ -73,8 +78,9 @@ CONFORMANCE_SUITE(Differential, ChaCha20, 1500,
             refIv[3] &= 0x3f;  // keeps the reference's counter word from wrapping
         }
         const ByteVec pt = rng.Bytes(i < 300 ? size_t(i) : size_t(rng.Between(0, i % 100 == 0 ? 100000 : 1000)));
-        const std::string where = CaseName(rng, i, "nonce " + ToHex(layout == 2 ? refIv : nonce) + " counter " +
-                                                       std::to_string(counter) + " length " + std::to_string(pt.size()));
+        const std::string where = CaseName(rng, i,
+                                           "nonce " + ToHex(layout == 2 ? refIv : nonce) + " counter " +
+                                               std::to_string(counter) + " length " + std::to_string(pt.size()));
         ByteVec want;
         if (!check.True(ref::Crypt("ChaCha20", true, key, refIv, pt, &want), "reference failed", where)) continue;
         const ByteVec& ourNonce = layout == 2 ? refIv : nonce;
@@ -82,7 +88,8 @@ CONFORMANCE_SUITE(Differential, ChaCha20, 1500,
         int32_t rc = CIPHER_StreamBytes(out.data(), NonNull(pt), Size(pt), key.data(), 32, ourNonce.data(),
                                         Size(ourNonce), counter, OPT_STREAM_CHACHA20);
         check.Equal(rc ? "error " + std::to_string(rc) : ToHex(out.data(), pt.size()), ToHex(want), where + " bytes");
-        const int32_t h = CIPHER_StreamInit(key.data(), 32, ourNonce.data(), Size(ourNonce), counter, OPT_STREAM_CHACHA20);
+        const int32_t h =
+            CIPHER_StreamInit(key.data(), 32, ourNonce.data(), Size(ourNonce), counter, OPT_STREAM_CHACHA20);
         for (size_t at = 0; at < pt.size();) {
             const size_t n = std::min(pt.size() - at, size_t(rng.Between(0, 150)));
             CIPHER_StreamUpdate(h, out.data() + at, pt.data() + at, int32_t(n));
@@ -102,15 +109,17 @@ CONFORMANCE_SUITE(Differential, ChaCha20Poly1305, 1000,
         check.Case();
         const ByteVec key = rng.Bytes(32), nonce = rng.Bytes(12);
         const ByteVec aad = rng.Bytes(size_t(rng.Between(0, 300))), pt = rng.Bytes(size_t(rng.Between(0, 300)));
-        const std::string where = CaseName(rng, i, "aad " + std::to_string(aad.size()) + " text " + std::to_string(pt.size()));
+        const std::string where =
+            CaseName(rng, i, "aad " + std::to_string(aad.size()) + " text " + std::to_string(pt.size()));
         ByteVec ct, tag;
         if (!check.True(ref::ChaChaPolyEncrypt(key, nonce, aad, pt, &ct, &tag), "reference failed", where)) continue;
         ByteVec out(pt.size() + 16), got(16);
         int32_t rc = AEAD_Encrypt(out.data(), Size(out), got.data(), 16, Ptr(pt), Size(pt), key.data(), 32,
                                   nonce.data(), 12, Ptr(aad), Size(aad), OPT_AEAD_CHACHA20_POLY1305);
-        check.Equal(rc ? "error" : ToHex(out.data(), pt.size()) + ToHex(got), ToHex(ct) + ToHex(tag), where + " encrypt");
-        rc = AEAD_EncryptWithTag(out.data(), Size(out), Ptr(pt), Size(pt), key.data(), 32, nonce.data(), 12,
-                                 Ptr(aad), Size(aad), OPT_AEAD_CHACHA20_POLY1305);
+        check.Equal(rc ? "error" : ToHex(out.data(), pt.size()) + ToHex(got), ToHex(ct) + ToHex(tag),
+                    where + " encrypt");
+        rc = AEAD_EncryptWithTag(out.data(), Size(out), Ptr(pt), Size(pt), key.data(), 32, nonce.data(), 12, Ptr(aad),
+                                 Size(aad), OPT_AEAD_CHACHA20_POLY1305);
         check.Equal(rc == Size(out) ? ToHex(out) : "error", ToHex(ct) + ToHex(tag), where + " EncryptWithTag");
         ByteVec back(pt.size() + 1);
         rc = AEAD_Decrypt(back.data(), Size(back), Ptr(ct), Size(ct), key.data(), 32, nonce.data(), 12, Ptr(aad),

@@ -52,16 +52,16 @@ void RunCipher(Checker& check, Random& rng, const CipherRef& c, long* index) {
         for (size_t length : Lengths(mode, block)) {
             for (int round = 0; round < 3; ++round) {
                 check.Case();
-                size_t keyLength = c.cipher == Cipher::Blf ? size_t(rng.Between(1, 56))
-                                   : c.cipher == Cipher::Aes128                         ? 16
+                size_t keyLength = c.cipher == Cipher::Blf                                  ? size_t(rng.Between(1, 56))
+                                   : c.cipher == Cipher::Aes128                             ? 16
                                    : c.cipher == Cipher::Aes192 || c.cipher == Cipher::Tdea ? 24
-                                   : c.cipher == Cipher::Aes256                         ? 32
-                                                                                        : 8;
+                                   : c.cipher == Cipher::Aes256                             ? 32
+                                                                                            : 8;
                 const ByteVec key = rng.Bytes(keyLength), iv = mode == "ECB" ? ByteVec() : rng.Bytes(block);
                 const ByteVec pt = rng.Bytes(length);
-                const std::string where = CaseName(rng, (*index)++,
-                                                   name + " key " + ToHex(key) + " iv " + ToHex(iv) + " length " +
-                                                       std::to_string(length));
+                const std::string where =
+                    CaseName(rng, (*index)++,
+                             name + " key " + ToHex(key) + " iv " + ToHex(iv) + " length " + std::to_string(length));
                 ByteVec ct;
                 if (!check.True(ref::Crypt(name.c_str(), true, key, iv, pt, &ct), "reference failed", where)) continue;
                 check.Equal(Crypt(c.cipher, pt, key, 1, mode.c_str(), iv), UpperHex(ct), where + " encrypt");

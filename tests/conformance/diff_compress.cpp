@@ -29,7 +29,7 @@ ByteVec Compressible(Random& rng, size_t n) {
 }
 
 size_t Length(long i) {
-    static const size_t large[] = {65535, 65536, 1 << 20, 3000001};
+    static const size_t large[] = {65535, 65536, 262147, 1 << 20};
     return i < 400 ? size_t(i * 13) : large[i % 4];
 }
 
@@ -37,7 +37,7 @@ size_t Length(long i) {
 
 CONFORMANCE_SUITE(Differential, Compression, 420, "zlib (RFC 1950) and Zstandard streams, both ways",
                   "zlib compress2/uncompress and zstd ZSTD_compress/ZSTD_decompress, called directly; 0 to 5 KB "
-                  "and up to 3 MB of compressible data",
+                  "and up to 1 MB of compressible data",
                   "ZLIB_Deflate ZLIB_Inflate COMPR_Compress COMPR_Uncompress") {
     Random rng(0x5eed0030);
     for (long i = 0; i < 420; ++i) {
@@ -73,8 +73,8 @@ CONFORMANCE_SUITE(Differential, Compression, 420, "zlib (RFC 1950) and Zstandard
         ByteVec theirs(zlen);
         compress2(theirs.data(), &zlen, NonNull(plain), uLong(plain.size()), rng.Between(1, 9));
         n = ZLIB_Inflate(back.data(), Size(back), theirs.data(), int32_t(zlen));
-        check.True(n == size && std::equal(plain.begin(), plain.end(), back.begin()), "ZLIB_Inflate: " + std::to_string(n),
-                   where);
+        check.True(n == size && std::equal(plain.begin(), plain.end(), back.begin()),
+                   "ZLIB_Inflate: " + std::to_string(n), where);
         n = COMPR_Uncompress(back.data(), Size(back), theirs.data(), int32_t(zlen), OPT_COMPR_ZLIB);
         check.True(n == size && std::equal(plain.begin(), plain.end(), back.begin()),
                    "COMPR_Uncompress zlib: " + std::to_string(n), where);

@@ -88,8 +88,7 @@ CONFORMANCE_SUITE(Differential, Digests, 3656,
 }
 
 CONFORMANCE_SUITE(Differential, HmacFamilies, 1500, "HMAC-SHA-1, HMAC-SHA-256, HMAC-MD5 with keys of 0 to 200 bytes",
-                  "OpenSSL libcrypto EVP_MAC HMAC; random keys and messages",
-                  "SHA1_Hmac SHA2_Hmac MD5_Hmac") {
+                  "OpenSSL libcrypto EVP_MAC HMAC; random keys and messages", "SHA1_Hmac SHA2_Hmac MD5_Hmac") {
     Random rng(0x5eed0002);
     const struct {
         const char* name;
@@ -106,8 +105,9 @@ CONFORMANCE_SUITE(Differential, HmacFamilies, 1500, "HMAC-SHA-1, HMAC-SHA-256, H
             char out[65] = {};
             f.call(out, NonNull(msg), Size(msg), NonNull(key), Size(key));
             check.Equal(std::string(out), ToHex(want),
-                        CaseName(rng, index++, std::string("HMAC-") + f.name + " key " + std::to_string(key.size()) +
-                                                   " message " + std::to_string(msg.size())));
+                        CaseName(rng, index++,
+                                 std::string("HMAC-") + f.name + " key " + std::to_string(key.size()) + " message " +
+                                     std::to_string(msg.size())));
         }
     }
 }

@@ -15,10 +15,10 @@ struct HmacRef {
 };
 
 const HmacRef kHmacs[] = {
-    {OPT_HMAC_SHA1, "SHA1", true},          {OPT_HMAC_SHA224, "SHA224", true},     {OPT_HMAC_SHA256, "SHA256", true},
-    {OPT_HMAC_SHA384, "SHA384", true},      {OPT_HMAC_SHA512, "SHA512", true},     {OPT_HMAC_SHA3_224, "SHA3-224", true},
-    {OPT_HMAC_SHA3_256, "SHA3-256", true},  {OPT_HMAC_SHA3_384, "SHA3-384", true}, {OPT_HMAC_SHA3_512, "SHA3-512", true},
-    {OPT_HMAC_MD5, "MD5", false},           {OPT_HMAC_RMD160, "RIPEMD160", false},
+    {OPT_HMAC_SHA1, "SHA1", true},         {OPT_HMAC_SHA224, "SHA224", true},     {OPT_HMAC_SHA256, "SHA256", true},
+    {OPT_HMAC_SHA384, "SHA384", true},     {OPT_HMAC_SHA512, "SHA512", true},     {OPT_HMAC_SHA3_224, "SHA3-224", true},
+    {OPT_HMAC_SHA3_256, "SHA3-256", true}, {OPT_HMAC_SHA3_384, "SHA3-384", true}, {OPT_HMAC_SHA3_512, "SHA3-512", true},
+    {OPT_HMAC_MD5, "MD5", false},          {OPT_HMAC_RMD160, "RIPEMD160", false},
 };
 
 std::string MacBytes(const ByteVec& key, const ByteVec& msg, int32_t option, size_t length) {
@@ -32,17 +32,16 @@ std::string MacBytes(const ByteVec& key, const ByteVec& msg, int32_t option, siz
 CONFORMANCE_SUITE(Differential, Hmac, 3300,
                   "HMAC over SHA-1, SHA-2, SHA-3, MD5 and RIPEMD-160 with keys of 0 to 299 bytes (past every block "
                   "and rate) and messages of 0 to 300 bytes; the stream cut at random",
-                  "OpenSSL libcrypto EVP_MAC HMAC",
-                  "MAC_Bytes MAC_Init MAC_AddBytes MAC_Final") {
+                  "OpenSSL libcrypto EVP_MAC HMAC", "MAC_Bytes MAC_Init MAC_AddBytes MAC_Final") {
     Random rng(0x5eed0040);
     long index = 0;
     for (const HmacRef& h : kHmacs) {
         for (int i = 0; i < 300; ++i) {
             check.Case();
             const ByteVec key = rng.Bytes(size_t(i)), msg = rng.Bytes(size_t(rng.Between(0, 300)));
-            const std::string where = CaseName(rng, index++, std::string("HMAC-") + h.digest + " key " +
-                                                                 std::to_string(key.size()) + " message " +
-                                                                 std::to_string(msg.size()));
+            const std::string where = CaseName(rng, index++,
+                                               std::string("HMAC-") + h.digest + " key " + std::to_string(key.size()) +
+                                                   " message " + std::to_string(msg.size()));
             ByteVec want;
             if (!check.True(ref::Hmac(h.digest, key, msg, &want), "reference failed", where)) continue;
             check.Equal(MacBytes(key, msg, h.option, want.size()), ToHex(want), where + " MAC_Bytes");
@@ -68,16 +67,19 @@ CONFORMANCE_SUITE(Differential, CmacPoly1305, 3000,
         int32_t option;
         const char* cipher;
         size_t key;
-    } macs[] = {{OPT_CMAC_AES128, "AES-128-CBC", 16}, {OPT_CMAC_AES192, "AES-192-CBC", 24},
-                {OPT_CMAC_AES256, "AES-256-CBC", 32}, {OPT_CMAC_TDEA, "DES-EDE3-CBC", 24},
+    } macs[] = {{OPT_CMAC_AES128, "AES-128-CBC", 16},
+                {OPT_CMAC_AES192, "AES-192-CBC", 24},
+                {OPT_CMAC_AES256, "AES-256-CBC", 32},
+                {OPT_CMAC_TDEA, "DES-EDE3-CBC", 24},
                 {OPT_MAC_POLY1305, nullptr, 32}};
     long index = 0;
     for (const auto& m : macs) {
         for (int i = 0; i < 600; ++i) {
             check.Case();
             const ByteVec key = rng.Bytes(m.key), msg = rng.Bytes(i < 301 ? size_t(i) : size_t(rng.Between(0, 300)));
-            const std::string where = CaseName(rng, index++, std::string(m.cipher ? m.cipher : "Poly1305") + " key " +
-                                                                 ToHex(key) + " message " + std::to_string(msg.size()));
+            const std::string where = CaseName(rng, index++,
+                                               std::string(m.cipher ? m.cipher : "Poly1305") + " key " + ToHex(key) +
+                                                   " message " + std::to_string(msg.size()));
             ByteVec want;
             const bool ok = m.cipher ? ref::Cmac(m.cipher, key, msg, &want) : ref::Poly1305(key, msg, &want);
             if (!check.True(ok, "reference failed", where)) continue;
@@ -101,15 +103,16 @@ CONFORMANCE_SUITE(Differential, Kmac, 1200,
         const bool fixed = i % 5 == 0;  // MAC_Bytes: empty custom string, 32 or 64 bytes
         if (fixed) custom.clear();
         const size_t length = fixed ? size_t(strength / 4) : size_t(rng.Between(1, 300));
-        const std::string where = CaseName(rng, i, "KMAC" + std::to_string(strength) + " key " +
-                                                       std::to_string(key.size()) + " custom " +
-                                                       std::to_string(custom.size()) + " output " + std::to_string(length));
+        const std::string where =
+            CaseName(rng, i,
+                     "KMAC" + std::to_string(strength) + " key " + std::to_string(key.size()) + " custom " +
+                         std::to_string(custom.size()) + " output " + std::to_string(length));
         ByteVec want;
         if (!check.True(ref::Kmac(strength, key, msg, custom, length, &want), "reference failed", where)) continue;
         const int32_t option = strength == 128 ? OPT_KMAC_128 : OPT_KMAC_256;
         ByteVec out(length);
-        int32_t n = PRF_Bytes(out.data(), Size(out), NonNull(msg), Size(msg), key.data(), Size(key), custom.c_str(),
-                              option);
+        int32_t n =
+            PRF_Bytes(out.data(), Size(out), NonNull(msg), Size(msg), key.data(), Size(key), custom.c_str(), option);
         check.Equal(n == Size(out) ? ToHex(out) : "error " + std::to_string(n), ToHex(want), where + " PRF_Bytes");
         if (fixed) check.Equal(MacBytes(key, msg, option, length), ToHex(want), where + " MAC_Bytes");
     }
@@ -132,11 +135,12 @@ CONFORMANCE_SUITE(Differential, XofMgf1, 2000,
         const auto& x = xofs[i % 7];
         const ByteVec msg = rng.Bytes(size_t(rng.Between(0, 400)));
         const size_t length = size_t(rng.Between(x.mgf1 ? 1 : 0, 600));
-        const std::string where = CaseName(rng, i, std::string(x.mgf1 ? "MGF1-" : "") + x.digest + " message " +
-                                                       std::to_string(msg.size()) + " output " + std::to_string(length));
+        const std::string where = CaseName(rng, i,
+                                           std::string(x.mgf1 ? "MGF1-" : "") + x.digest + " message " +
+                                               std::to_string(msg.size()) + " output " + std::to_string(length));
         ByteVec want;
-        const bool ok = x.mgf1 ? ref::Mgf1(x.digest, msg, length, &want)
-                               : length == 0 || ref::Digest(x.digest, msg, &want, length);
+        const bool ok =
+            x.mgf1 ? ref::Mgf1(x.digest, msg, length, &want) : length == 0 || ref::Digest(x.digest, msg, &want, length);
         if (!check.True(ok, "reference failed", where)) continue;
         ByteVec out(length + 1);
         int32_t n = XOF_Bytes(out.data(), int32_t(length), Ptr(msg), Size(msg), x.option);
@@ -168,10 +172,11 @@ CONFORMANCE_SUITE(Differential, Pbkdf2, 600,
         const ByteVec password = rng.Bytes(size_t(rng.Between(1, 150))), salt = rng.Bytes(size_t(rng.Between(1, 100)));
         const int iterations = i % 50 == 0 ? rng.Between(1000, 3000) : rng.Between(1, 40);
         const size_t length = size_t(rng.Between(1, 200));
-        const std::string where = CaseName(rng, i, std::string("PBKDF2-") + p.digest + " password " +
-                                                       std::to_string(password.size()) + " salt " +
-                                                       std::to_string(salt.size()) + " iterations " +
-                                                       std::to_string(iterations) + " length " + std::to_string(length));
+        const std::string where =
+            CaseName(rng, i,
+                     std::string("PBKDF2-") + p.digest + " password " + std::to_string(password.size()) + " salt " +
+                         std::to_string(salt.size()) + " iterations " + std::to_string(iterations) + " length " +
+                         std::to_string(length));
         ByteVec want;
         if (!check.True(ref::Pbkdf2(p.digest, password, salt, iterations, length, &want), "reference failed", where))
             continue;
@@ -199,15 +204,17 @@ CONFORMANCE_SUITE(Differential, Scrypt, 300,
         const int32_t n = 1 << rng.Between(1, 10), r = rng.Between(1, 8), p = rng.Between(1, 4);
         const ByteVec password = rng.Bytes(size_t(rng.Between(0, 64))), salt = rng.Bytes(size_t(rng.Between(0, 64)));
         const size_t length = size_t(rng.Between(1, 200));
-        const std::string where = CaseName(rng, i, "N " + std::to_string(n) + " r " + std::to_string(r) + " p " +
-                                                       std::to_string(p) + " password " + std::to_string(password.size()) +
-                                                       " salt " + std::to_string(salt.size()));
+        const std::string where =
+            CaseName(rng, i,
+                     "N " + std::to_string(n) + " r " + std::to_string(r) + " p " + std::to_string(p) + " password " +
+                         std::to_string(password.size()) + " salt " + std::to_string(salt.size()));
         ByteVec want;
         if (!check.True(ref::Scrypt(password, salt, uint64_t(n), uint64_t(r), uint64_t(p), length, &want),
                         "reference failed", where))
             continue;
         ByteVec out(length);
-        int32_t rc = PBE_Scrypt(out.data(), Size(out), Ptr(password), Size(password), Ptr(salt), Size(salt), n, r, p, 0);
+        int32_t rc =
+            PBE_Scrypt(out.data(), Size(out), Ptr(password), Size(password), Ptr(salt), Size(salt), n, r, p, 0);
         check.Equal(rc ? "error " + std::to_string(rc) : ToHex(out), ToHex(want), where);
     }
 }

@@ -71,8 +71,8 @@ private:
 
 void PrintRegistry() {
     for (const Suite& s : Registry())
-        std::cout << s.group << '\t' << s.name << '\t' << s.expected << '\t' << s.algorithms << '\t' << s.source
-                  << '\t' << s.exports << '\n';
+        std::cout << s.group << '\t' << s.name << '\t' << s.expected << '\t' << s.algorithms << '\t' << s.source << '\t'
+                  << s.exports << '\n';
 }
 }  // namespace
 

@@ -55,8 +55,8 @@ CipherPtr FetchCipher(const char* name) {
 }
 
 // An AEAD run over a whole message; tag in or out.
-bool Aead(const char* name, bool encrypt, const ByteVec& key, const ByteVec& iv, const ByteVec& aad,
-          const ByteVec& in, ByteVec* out, ByteVec* tag) {
+bool Aead(const char* name, bool encrypt, const ByteVec& key, const ByteVec& iv, const ByteVec& aad, const ByteVec& in,
+          ByteVec* out, ByteVec* tag) {
     CipherPtr c = FetchCipher(name);
     CipherCtx ctx(EVP_CIPHER_CTX_new());
     if (!c || !ctx) return false;
@@ -65,8 +65,7 @@ bool Aead(const char* name, bool encrypt, const ByteVec& key, const ByteVec& iv,
         EVP_CIPHER_CTX_ctrl(ctx.get(), EVP_CTRL_AEAD_SET_IVLEN, int(iv.size()), nullptr) != 1 ||
         EVP_CipherInit_ex(ctx.get(), nullptr, nullptr, key.data(), iv.data(), encrypt) != 1)
         return false;
-    if (!encrypt &&
-        EVP_CIPHER_CTX_ctrl(ctx.get(), EVP_CTRL_AEAD_SET_TAG, int(tag->size()), tag->data()) != 1)
+    if (!encrypt && EVP_CIPHER_CTX_ctrl(ctx.get(), EVP_CTRL_AEAD_SET_TAG, int(tag->size()), tag->data()) != 1)
         return false;
     if (!aad.empty() && EVP_CipherUpdate(ctx.get(), nullptr, &n, aad.data(), int(aad.size())) != 1) return false;
     out->assign(in.size() + 16, 0);
@@ -99,7 +98,9 @@ bool Mac(const char* name, const OSSL_PARAM* params, const ByteVec& key, const B
 
 }  // namespace
 
-bool LegacyLoaded() { return Loaded().legacy; }
+bool LegacyLoaded() {
+    return Loaded().legacy;
+}
 
 bool Digest(const char* name, const ByteVec& msg, ByteVec* out, size_t xofLength) {
     Loaded();
@@ -199,8 +200,8 @@ bool Scrypt(const ByteVec& password, const ByteVec& salt, uint64_t n, uint64_t r
             ByteVec* out) {
     Loaded();
     out->assign(length, 0);
-    return EVP_PBE_scrypt(reinterpret_cast<const char*>(P(password)), password.size(), P(salt), salt.size(), n, r, p,
-                          0, out->data(), length) == 1;
+    return EVP_PBE_scrypt(reinterpret_cast<const char*>(P(password)), password.size(), P(salt), salt.size(), n, r, p, 0,
+                          out->data(), length) == 1;
 }
 
 bool Mgf1(const char* digest, const ByteVec& seed, size_t length, ByteVec* out) {

@@ -39,8 +39,7 @@ bool ChaChaPolyEncrypt(const ByteVec& key, const ByteVec& nonce, const ByteVec& 
 bool Hmac(const char* digest, const ByteVec& key, const ByteVec& msg, ByteVec* out);
 bool Cmac(const char* cipher, const ByteVec& key, const ByteVec& msg, ByteVec* out);
 bool Poly1305(const ByteVec& key, const ByteVec& msg, ByteVec* out);
-bool Kmac(int strength, const ByteVec& key, const ByteVec& msg, const std::string& custom, size_t length,
-          ByteVec* out);
+bool Kmac(int strength, const ByteVec& key, const ByteVec& msg, const std::string& custom, size_t length, ByteVec* out);
 
 // Key derivation.
 bool Pbkdf2(const char* digest, const ByteVec& password, const ByteVec& salt, int iterations, size_t length,

@@ -45,7 +45,7 @@ private:
 };
 
 struct Suite {
-    const char* group;       // "Vectors" or "Differential"
+    const char* group;  // "Vectors" or "Differential"
     const char* name;
     long expected;           // records or cases the suite must check
     const char* algorithms;  // what is proven
@@ -57,15 +57,19 @@ struct Suite {
 std::vector<Suite>& Registry();
 bool RegisterSuite(const Suite& s);
 
-#define CONFORMANCE_SUITE(group, name, expected, algorithms, source, exports)                              \
-    static void Run_##group##_##name(Checker& check);                                                    \
-    [[maybe_unused]] static const bool kRegistered_##group##_##name =                                    \
+#define CONFORMANCE_SUITE(group, name, expected, algorithms, source, exports)                         \
+    static void Run_##group##_##name(Checker& check);                                                 \
+    [[maybe_unused]] static const bool kRegistered_##group##_##name =                                 \
         RegisterSuite({#group, #name, expected, algorithms, source, exports, &Run_##group##_##name}); \
     static void Run_##group##_##name(Checker& check)
 
 // An empty field is passed to the library as an absent pointer.
-inline const uint8_t* Ptr(const ByteVec& v) { return v.empty() ? nullptr : v.data(); }
-inline int32_t Size(const ByteVec& v) { return int32_t(v.size()); }
+inline const uint8_t* Ptr(const ByteVec& v) {
+    return v.empty() ? nullptr : v.data();
+}
+inline int32_t Size(const ByteVec& v) {
+    return int32_t(v.size());
+}
 // A readable pointer also for an empty field, where a call wants one.
 inline const uint8_t* NonNull(const ByteVec& v) {
     static const uint8_t empty = 0;

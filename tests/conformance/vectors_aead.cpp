@@ -20,8 +20,8 @@ int32_t AeadGcmOption(const ByteVec& key, const ByteVec& iv) {
 
 // The incremental AEAD_ calls over a message cut in two; tag of 16 bytes, or
 // with a tag given, a decryption whose result is returned.
-int32_t AeadIncremental(int32_t alg, const ByteVec& key, const ByteVec& nonce, const ByteVec& aad,
-                        const ByteVec& in, ByteVec* out, ByteVec* tag, bool encrypt) {
+int32_t AeadIncremental(int32_t alg, const ByteVec& key, const ByteVec& nonce, const ByteVec& aad, const ByteVec& in,
+                        ByteVec* out, ByteVec* tag, bool encrypt) {
     const int32_t h = AEAD_InitKey(key.data(), Size(key), alg);
     if (h <= 0) return h == 0 ? -1 : h;
     int32_t rc = AEAD_SetNonce(h, nonce.data(), Size(nonce));
@@ -46,7 +46,9 @@ int32_t AeadIncremental(int32_t alg, const ByteVec& key, const ByteVec& nonce, c
     return rc;
 }
 
-std::string Prefix(const ByteVec& v, size_t n) { return ToHex(v.data(), std::min(n, v.size())); }
+std::string Prefix(const ByteVec& v, size_t n) {
+    return ToHex(v.data(), std::min(n, v.size()));
+}
 
 }  // namespace
 
@@ -69,16 +71,16 @@ CONFORMANCE_SUITE(Vectors, GcmEncrypt, 225,
             check.Equal(rc ? "error " + std::to_string(rc) : Prefix(ct, pt.size()) + ToHex(tag), want,
                         where + " GCM_Encrypt");
             const int32_t h = GCM_InitKey(key.data(), Size(key), 0);
-            rc = GCM_NextEncrypt(h, ct.data(), Size(ct), tag.data(), Size(tag), Ptr(pt), Size(pt), iv.data(),
-                                 Size(iv), Ptr(aad), Size(aad));
+            rc = GCM_NextEncrypt(h, ct.data(), Size(ct), tag.data(), Size(tag), Ptr(pt), Size(pt), iv.data(), Size(iv),
+                                 Ptr(aad), Size(aad));
             GCM_FinishKey(h);
             check.Equal(rc ? "error " + std::to_string(rc) : Prefix(ct, pt.size()) + ToHex(tag), want,
                         where + " GCM_NextEncrypt");
             const int32_t alg = AeadGcmOption(key, iv);
             if (!alg) continue;
             ByteVec full(16);
-            rc = AEAD_Encrypt(ct.data(), Size(ct), full.data(), 16, Ptr(pt), Size(pt), key.data(), Size(key),
-                              iv.data(), 12, Ptr(aad), Size(aad), alg);
+            rc = AEAD_Encrypt(ct.data(), Size(ct), full.data(), 16, Ptr(pt), Size(pt), key.data(), Size(key), iv.data(),
+                              12, Ptr(aad), Size(aad), alg);
             check.Equal(rc ? "error " + std::to_string(rc) : Prefix(ct, pt.size()) + Prefix(full, taglen), want,
                         where + " AEAD_Encrypt");
             ByteVec out;
@@ -102,7 +104,8 @@ CONFORMANCE_SUITE(Vectors, GcmDecrypt, 449,
             const ByteVec key = r.Bytes("Key"), iv = r.Bytes("IV"), ct = r.Bytes("CT"), aad = r.Bytes("AAD");
             ByteVec tag = r.Bytes("Tag");
             // A failing record must leave the output as it was.
-            const std::string want = r.fail ? "rejected " + std::string(ct.size() * 2, 'a') : "ok " + Lower(r.Get("PT"));
+            const std::string want =
+                r.fail ? "rejected " + std::string(ct.size() * 2, 'a') : "ok " + Lower(r.Get("PT"));
             auto outcome = [&](int32_t rc, const ByteVec& out) {
                 if (rc != 0 && rc != -AUTH_FAIL_ERROR) return "error " + std::to_string(rc);
                 return (rc ? "rejected " : "ok ") + Prefix(out, ct.size());
@@ -113,15 +116,15 @@ CONFORMANCE_SUITE(Vectors, GcmDecrypt, 449,
             check.Equal(outcome(rc, out), want, where + " GCM_Decrypt");
             const int32_t h = GCM_InitKey(key.data(), Size(key), 0);
             out.assign(ct.size() + 1, 0xaa);
-            rc = GCM_NextDecrypt(h, out.data(), Size(out), Ptr(ct), Size(ct), iv.data(), Size(iv), Ptr(aad),
-                                 Size(aad), tag.data(), Size(tag));
+            rc = GCM_NextDecrypt(h, out.data(), Size(out), Ptr(ct), Size(ct), iv.data(), Size(iv), Ptr(aad), Size(aad),
+                                 tag.data(), Size(tag));
             GCM_FinishKey(h);
             check.Equal(outcome(rc, out), want, where + " GCM_NextDecrypt");
             const int32_t alg = AeadGcmOption(key, iv);
             if (!alg) continue;
             out.assign(ct.size() + 1, 0xaa);
-            rc = AEAD_Decrypt(out.data(), Size(out), Ptr(ct), Size(ct), key.data(), Size(key), iv.data(), 12,
-                              Ptr(aad), Size(aad), tag.data(), Size(tag), alg);
+            rc = AEAD_Decrypt(out.data(), Size(out), Ptr(ct), Size(ct), key.data(), Size(key), iv.data(), 12, Ptr(aad),
+                              Size(aad), tag.data(), Size(tag), alg);
             check.Equal(outcome(rc, out), want, where + " AEAD_Decrypt");
             // Incremental decryption hands out plaintext before the tag is
             // known; only the verdict is compared on failing records.
@@ -154,15 +157,15 @@ CONFORMANCE_SUITE(Vectors, ChaCha20Rfc8439, 16,
                                       nonce.data(), 12, Ptr(aad), Size(aad), OPT_AEAD_CHACHA20_POLY1305);
             check.Equal(rc ? "error" : ToHex(ct) + ToHex(tag), want, where + " AEAD_Encrypt");
             ByteVec back(pt.size());
-            rc = AEAD_Decrypt(back.data(), Size(back), ct.data(), Size(ct), key.data(), 32, nonce.data(), 12,
-                              Ptr(aad), Size(aad), tag.data(), 16, OPT_AEAD_CHACHA20_POLY1305);
+            rc = AEAD_Decrypt(back.data(), Size(back), ct.data(), Size(ct), key.data(), 32, nonce.data(), 12, Ptr(aad),
+                              Size(aad), tag.data(), 16, OPT_AEAD_CHACHA20_POLY1305);
             check.Equal(rc ? "error" : ToHex(back), ToHex(pt), where + " AEAD_Decrypt");
             ByteVec sealed(pt.size() + 16);
-            rc = AEAD_EncryptWithTag(sealed.data(), Size(sealed), pt.data(), Size(pt), key.data(), 32, nonce.data(),
-                                     12, Ptr(aad), Size(aad), OPT_AEAD_CHACHA20_POLY1305);
+            rc = AEAD_EncryptWithTag(sealed.data(), Size(sealed), pt.data(), Size(pt), key.data(), 32, nonce.data(), 12,
+                                     Ptr(aad), Size(aad), OPT_AEAD_CHACHA20_POLY1305);
             check.Equal(rc == Size(sealed) ? ToHex(sealed) : "error", want, where + " AEAD_EncryptWithTag");
-            rc = AEAD_DecryptWithTag(back.data(), Size(back), sealed.data(), Size(sealed), key.data(), 32,
-                                     nonce.data(), 12, Ptr(aad), Size(aad), OPT_AEAD_CHACHA20_POLY1305);
+            rc = AEAD_DecryptWithTag(back.data(), Size(back), sealed.data(), Size(sealed), key.data(), 32, nonce.data(),
+                                     12, Ptr(aad), Size(aad), OPT_AEAD_CHACHA20_POLY1305);
             check.Equal(rc == Size(pt) ? ToHex(back) : "error", ToHex(pt), where + " AEAD_DecryptWithTag");
             ByteVec out;
             rc = AeadIncremental(OPT_AEAD_CHACHA20_POLY1305, key, nonce, aad, pt, &out, &tag, true);
@@ -227,8 +230,8 @@ CONFORMANCE_SUITE(Vectors, Ascon, 2178,
             check.Equal(rc == Size(want) ? ToHex(sealed) : "error " + std::to_string(rc), ToHex(want),
                         where + " AEAD_EncryptWithTag");
             ByteVec opened(pt.size() + 1);
-            rc = AEAD_DecryptWithTag(opened.data(), Size(opened), want.data(), Size(want), key.data(), 16,
-                                     nonce.data(), 16, Ptr(ad), Size(ad), alg);
+            rc = AEAD_DecryptWithTag(opened.data(), Size(opened), want.data(), Size(want), key.data(), 16, nonce.data(),
+                                     16, Ptr(ad), Size(ad), alg);
             check.Equal(rc == Size(pt) ? Prefix(opened, pt.size()) : "error " + std::to_string(rc), ToHex(pt),
                         where + " AEAD_DecryptWithTag");
             ByteVec forged = want;
@@ -256,7 +259,8 @@ CONFORMANCE_SUITE(Vectors, Salsa20, 5, "Salsa20/20 with 128- and 256-bit keys fr
         check.Equal(rc ? "error" : ToHex(out.data() + offset, want.size()), ToHex(want), Where(file, r) + " bytes");
         const int32_t h = CIPHER_StreamInit(key.data(), Size(key), iv.data(), 8, 0, OPT_STREAM_SALSA20);
         for (size_t at = 0; at < zeros.size(); at += 37)
-            CIPHER_StreamUpdate(h, out.data() + at, zeros.data() + at, int32_t(std::min<size_t>(37, zeros.size() - at)));
+            CIPHER_StreamUpdate(h, out.data() + at, zeros.data() + at,
+                                int32_t(std::min<size_t>(37, zeros.size() - at)));
         CIPHER_StreamFinal(h);
         check.Equal(ToHex(out.data() + offset, want.size()), ToHex(want), Where(file, r) + " stream");
     }
@@ -280,13 +284,14 @@ CONFORMANCE_SUITE(Vectors, Arcfour, 22, "ARCFOUR with 40- and 128-bit keys at ke
             want = r.Bytes("CIPHERTEXT");
         }
         ByteVec a(in.size()), b(in.size());
-        int32_t rc = CIPHER_StreamBytes(a.data(), in.data(), Size(in), key.data(), Size(key), nullptr, 0, 0,
-                                        OPT_STREAM_ARCFOUR);
+        int32_t rc =
+            CIPHER_StreamBytes(a.data(), in.data(), Size(in), key.data(), Size(key), nullptr, 0, 0, OPT_STREAM_ARCFOUR);
         check.Equal(rc ? "error" : ToHex(a.data() + offset, want.size()), ToHex(want), Where(file, r) + " stream");
         rc = PC1_Bytes(b.data(), in.data(), Size(in), key.data(), Size(key));
         check.Equal(rc ? "error" : ToHex(b.data() + offset, want.size()), ToHex(want), Where(file, r) + " PC1_Bytes");
         std::string hex(in.size() * 2 + 1, '\0');
         rc = PC1_Hex(hex.data(), int32_t(hex.size() - 1), ToHex(in).c_str(), ToHex(key).c_str());
-        check.Equal(rc ? "error" : std::string(hex.c_str() + offset * 2), Upper(ToHex(want)), Where(file, r) + " PC1_Hex");
+        check.Equal(rc ? "error" : std::string(hex.c_str() + offset * 2), Upper(ToHex(want)),
+                    Where(file, r) + " PC1_Hex");
     }
 }

@@ -77,11 +77,16 @@ CONFORMANCE_SUITE(Vectors, Sha1Sha2Bytes, 901, "SHA-1, SHA-224, SHA-256, SHA-384
                   "HASH_HexFromBytes HASH_HexFromBits HASH_Init HASH_AddBytes HASH_Final SHA1_BytesHash "
                   "SHA2_BytesHash SHA1_Init SHA1_AddBytes SHA1_HexDigest SHA2_Init SHA2_AddBytes SHA2_HexDigest") {
     static const DigestFile files[] = {
-        {"nist-cavp/sha/byte/SHA1ShortMsg.rsp", OPT_HASH_SHA1},     {"nist-cavp/sha/byte/SHA1LongMsg.rsp", OPT_HASH_SHA1},
-        {"nist-cavp/sha/byte/SHA224ShortMsg.rsp", OPT_HASH_SHA224}, {"nist-cavp/sha/byte/SHA224LongMsg.rsp", OPT_HASH_SHA224},
-        {"nist-cavp/sha/byte/SHA256ShortMsg.rsp", OPT_HASH_SHA256}, {"nist-cavp/sha/byte/SHA256LongMsg.rsp", OPT_HASH_SHA256},
-        {"nist-cavp/sha/byte/SHA384ShortMsg.rsp", OPT_HASH_SHA384}, {"nist-cavp/sha/byte/SHA384LongMsg.rsp", OPT_HASH_SHA384},
-        {"nist-cavp/sha/byte/SHA512ShortMsg.rsp", OPT_HASH_SHA512}, {"nist-cavp/sha/byte/SHA512LongMsg.rsp", OPT_HASH_SHA512},
+        {"nist-cavp/sha/byte/SHA1ShortMsg.rsp", OPT_HASH_SHA1},
+        {"nist-cavp/sha/byte/SHA1LongMsg.rsp", OPT_HASH_SHA1},
+        {"nist-cavp/sha/byte/SHA224ShortMsg.rsp", OPT_HASH_SHA224},
+        {"nist-cavp/sha/byte/SHA224LongMsg.rsp", OPT_HASH_SHA224},
+        {"nist-cavp/sha/byte/SHA256ShortMsg.rsp", OPT_HASH_SHA256},
+        {"nist-cavp/sha/byte/SHA256LongMsg.rsp", OPT_HASH_SHA256},
+        {"nist-cavp/sha/byte/SHA384ShortMsg.rsp", OPT_HASH_SHA384},
+        {"nist-cavp/sha/byte/SHA384LongMsg.rsp", OPT_HASH_SHA384},
+        {"nist-cavp/sha/byte/SHA512ShortMsg.rsp", OPT_HASH_SHA512},
+        {"nist-cavp/sha/byte/SHA512LongMsg.rsp", OPT_HASH_SHA512},
     };
     RunByteSet(check, files, std::size(files), 0);
     // The SHA1_ and SHA2_ families over the same SHA-1 and SHA-256 sets.
@@ -109,8 +114,10 @@ CONFORMANCE_SUITE(Vectors, Sha1Sha2Bits, 3589, "SHA-1, SHA-224, SHA-256, SHA-384
                   "NIST CAVP SHAVS bit-oriented: nist-cavp/sha/bit/SHA*ShortMsg.rsp (5 files, complete)",
                   "HASH_HexFromBits") {
     static const DigestFile files[] = {
-        {"nist-cavp/sha/bit/SHA1ShortMsg.rsp", OPT_HASH_SHA1},     {"nist-cavp/sha/bit/SHA224ShortMsg.rsp", OPT_HASH_SHA224},
-        {"nist-cavp/sha/bit/SHA256ShortMsg.rsp", OPT_HASH_SHA256}, {"nist-cavp/sha/bit/SHA384ShortMsg.rsp", OPT_HASH_SHA384},
+        {"nist-cavp/sha/bit/SHA1ShortMsg.rsp", OPT_HASH_SHA1},
+        {"nist-cavp/sha/bit/SHA224ShortMsg.rsp", OPT_HASH_SHA224},
+        {"nist-cavp/sha/bit/SHA256ShortMsg.rsp", OPT_HASH_SHA256},
+        {"nist-cavp/sha/bit/SHA384ShortMsg.rsp", OPT_HASH_SHA384},
         {"nist-cavp/sha/bit/SHA512ShortMsg.rsp", OPT_HASH_SHA512},
     };
     for (const DigestFile& f : files) {
@@ -131,10 +138,18 @@ CONFORMANCE_SUITE(Vectors, Sha3Bytes, 856, "SHA3-224, SHA3-256, SHA3-384, SHA3-5
         DigestFile files[2];
         int32_t bits;
     } sets[] = {
-        {{{"nist-cavp/sha3/SHA3_224ShortMsg.rsp", OPT_HASH_SHA3_224}, {"nist-cavp/sha3/SHA3_224LongMsg.rsp", OPT_HASH_SHA3_224}}, 224},
-        {{{"nist-cavp/sha3/SHA3_256ShortMsg.rsp", OPT_HASH_SHA3_256}, {"nist-cavp/sha3/SHA3_256LongMsg.rsp", OPT_HASH_SHA3_256}}, 256},
-        {{{"nist-cavp/sha3/SHA3_384ShortMsg.rsp", OPT_HASH_SHA3_384}, {"nist-cavp/sha3/SHA3_384LongMsg.rsp", OPT_HASH_SHA3_384}}, 384},
-        {{{"nist-cavp/sha3/SHA3_512ShortMsg.rsp", OPT_HASH_SHA3_512}, {"nist-cavp/sha3/SHA3_512LongMsg.rsp", OPT_HASH_SHA3_512}}, 512},
+        {{{"nist-cavp/sha3/SHA3_224ShortMsg.rsp", OPT_HASH_SHA3_224},
+          {"nist-cavp/sha3/SHA3_224LongMsg.rsp", OPT_HASH_SHA3_224}},
+         224},
+        {{{"nist-cavp/sha3/SHA3_256ShortMsg.rsp", OPT_HASH_SHA3_256},
+          {"nist-cavp/sha3/SHA3_256LongMsg.rsp", OPT_HASH_SHA3_256}},
+         256},
+        {{{"nist-cavp/sha3/SHA3_384ShortMsg.rsp", OPT_HASH_SHA3_384},
+          {"nist-cavp/sha3/SHA3_384LongMsg.rsp", OPT_HASH_SHA3_384}},
+         384},
+        {{{"nist-cavp/sha3/SHA3_512ShortMsg.rsp", OPT_HASH_SHA3_512},
+          {"nist-cavp/sha3/SHA3_512LongMsg.rsp", OPT_HASH_SHA3_512}},
+         512},
     };
     for (const auto& s : sets) RunByteSet(check, s.files, 2, s.bits);
 }
@@ -199,8 +214,7 @@ namespace {
 
 // SHAKE through XOF_Bytes and through PRF_Bytes, which ignores key and
 // custom string for these options.
-void CheckShake(Checker& check, int32_t option, const ByteVec& msg, const std::string& want,
-                const std::string& where) {
+void CheckShake(Checker& check, int32_t option, const ByteVec& msg, const std::string& want, const std::string& where) {
     ByteVec out(want.size() / 2);
     int32_t n = XOF_Bytes(out.data(), Size(out), Ptr(msg), Size(msg), option);
     check.Equal(n == Size(out) ? ToHex(out) : "error " + std::to_string(n), Lower(want), where + " XOF_Bytes");

@@ -43,17 +43,19 @@ CONFORMANCE_SUITE(Vectors, Pbkdf2, 5, "PBKDF2 with HMAC-SHA-1, 1 to 4096 iterati
         const ByteVec pw = TextBytes(password), s = TextBytes(salt);
         ByteVec out(size_t(r.Int("LENGTH")));
         int32_t rc = PBE_Kdf2(out.data(), Size(out), pw.data(), Size(pw), s.data(), Size(s), iterations, OPT_HASH_SHA1);
-        check.Equal(rc ? "error " + std::to_string(rc) : ToHex(out), r.Get("DERIVED_KEY"), Where(file, r) + " PBE_Kdf2");
+        check.Equal(rc ? "error " + std::to_string(rc) : ToHex(out), r.Get("DERIVED_KEY"),
+                    Where(file, r) + " PBE_Kdf2");
         if (password.find("\\0") != std::string::npos) continue;  // a text password ends at its zero
         std::string hex(out.size() * 2 + 1, '\0');
-        rc = PBE_Kdf2Hex(hex.data(), int32_t(out.size() * 2), Size(out), password.c_str(), ToHex(s).c_str(),
-                         iterations, OPT_HASH_SHA1);
+        rc = PBE_Kdf2Hex(hex.data(), int32_t(out.size() * 2), Size(out), password.c_str(), ToHex(s).c_str(), iterations,
+                         OPT_HASH_SHA1);
         check.Equal(rc ? "error " + std::to_string(rc) : hex.c_str(), Upper(r.Get("DERIVED_KEY")),
                     Where(file, r) + " PBE_Kdf2Hex");
     }
 }
 
-CONFORMANCE_SUITE(Vectors, Scrypt, 3, "scrypt with N of 16 to 16384, r of 1 and 8, p of 1 and 16, an empty password and salt",
+CONFORMANCE_SUITE(Vectors, Scrypt, 3,
+                  "scrypt with N of 16 to 16384, r of 1 and 8, p of 1 and 16, an empty password and salt",
                   "RFC 7914 section 12: rfc/rfc7914_scrypt.txt (the N = 2^20 record with VERIMOND_CONFORMANCE_HEAVY=1)",
                   "PBE_Scrypt PBE_ScryptHex") {
     const std::string file = "rfc/rfc7914_scrypt.txt";
@@ -67,7 +69,8 @@ CONFORMANCE_SUITE(Vectors, Scrypt, 3, "scrypt with N of 16 to 16384, r of 1 and 
         ByteVec out(size_t(r.Int("LENGTH")));
         int32_t rc = PBE_Scrypt(out.data(), Size(out), Ptr(pw), Size(pw), Ptr(s), Size(s), n, int32_t(r.Int("r")),
                                 int32_t(r.Int("p")), 0);
-        check.Equal(rc ? "error " + std::to_string(rc) : ToHex(out), r.Get("DERIVED_KEY"), Where(file, r) + " PBE_Scrypt");
+        check.Equal(rc ? "error " + std::to_string(rc) : ToHex(out), r.Get("DERIVED_KEY"),
+                    Where(file, r) + " PBE_Scrypt");
         std::string hex(out.size() * 2 + 1, '\0');
         rc = PBE_ScryptHex(hex.data(), int32_t(out.size() * 2), Size(out), password.c_str(), ToHex(s).c_str(), n,
                            int32_t(r.Int("r")), int32_t(r.Int("p")), 0);

@@ -25,10 +25,11 @@ void CheckFamily(Checker& check, const Family& f, const ByteVec& key, const Byte
 
 }  // namespace
 
-CONFORMANCE_SUITE(Vectors, HmacFamilies, 546, "HMAC-SHA-1, HMAC-SHA-256, HMAC-MD5 through the digest families",
-                  "NIST CAVP HMACVS nist-cavp/hmac/HMAC.rsp ([L=20], [L=32]); RFC 2202 (rfc/rfc2202_hmac_md5_sha1.txt); "
-                  "RFC 4231 SHA-256 (rfc/rfc4231_hmac_sha2.txt)",
-                  "SHA1_Hmac SHA1_HmacHex SHA2_Hmac SHA2_HmacHex MD5_Hmac MD5_HmacHex") {
+CONFORMANCE_SUITE(
+    Vectors, HmacFamilies, 546, "HMAC-SHA-1, HMAC-SHA-256, HMAC-MD5 through the digest families",
+    "NIST CAVP HMACVS nist-cavp/hmac/HMAC.rsp ([L=20], [L=32]); RFC 2202 (rfc/rfc2202_hmac_md5_sha1.txt); "
+    "RFC 4231 SHA-256 (rfc/rfc4231_hmac_sha2.txt)",
+    "SHA1_Hmac SHA1_HmacHex SHA2_Hmac SHA2_HmacHex MD5_Hmac MD5_HmacHex") {
     const Family sha1{SHA1_Hmac, SHA1_HmacHex}, sha256{SHA2_Hmac, SHA2_HmacHex}, md5{MD5_Hmac, MD5_HmacHex};
     const std::string cavp = "nist-cavp/hmac/HMAC.rsp";
     for (const VectorRecord& r : ReadSet(check, cavp)) {
@@ -40,7 +41,10 @@ CONFORMANCE_SUITE(Vectors, HmacFamilies, 546, "HMAC-SHA-1, HMAC-SHA-256, HMAC-MD
     for (const char* file : {"rfc/rfc2202_hmac_md5_sha1.txt", "rfc/rfc4231_hmac_sha2.txt"}) {
         for (const VectorRecord& r : ReadSet(check, file)) {
             const std::string digest = r.section.begin()->first;
-            const Family* f = digest == "MD5" ? &md5 : digest == "SHA-1" ? &sha1 : digest == "SHA-256" ? &sha256 : nullptr;
+            const Family* f = digest == "MD5"       ? &md5
+                              : digest == "SHA-1"   ? &sha1
+                              : digest == "SHA-256" ? &sha256
+                                                    : nullptr;
             if (!f) continue;
             check.Case();
             CheckFamily(check, *f, r.Bytes("KEY"), r.Bytes("DATA"), r.Get("MAC"), Where(file, r));
@@ -60,7 +64,8 @@ void CheckMac(Checker& check, int32_t option, const ByteVec& key, const ByteVec&
     check.Equal(n == Size(out) ? ToHex(out) : "error " + std::to_string(n), want, where + " MAC_Bytes");
     std::string hex(mac.size() + 1, '\0');
     n = MAC_HexFromBytes(hex.data(), int32_t(mac.size()), Ptr(msg), Size(msg), NonNull(key), Size(key), option);
-    check.Equal(n == int32_t(mac.size()) ? hex.c_str() : "error " + std::to_string(n), want, where + " MAC_HexFromBytes");
+    check.Equal(n == int32_t(mac.size()) ? hex.c_str() : "error " + std::to_string(n), want,
+                where + " MAC_HexFromBytes");
     n = MAC_HexFromHex(hex.data(), int32_t(mac.size()), ToHex(msg).c_str(), ToHex(key).c_str(), option);
     check.Equal(n == int32_t(mac.size()) ? hex.c_str() : "error " + std::to_string(n), want, where + " MAC_HexFromHex");
 }
@@ -81,8 +86,8 @@ void CheckMacStream(Checker& check, int32_t option, const ByteVec& key, const By
 
 int32_t HmacOption(const std::string& digest) {
     static const std::pair<const char*, int32_t> names[] = {
-        {"SHA-1", OPT_HMAC_SHA1},       {"MD5", OPT_HMAC_MD5},           {"SHA-224", OPT_HMAC_SHA224},
-        {"SHA-256", OPT_HMAC_SHA256},   {"SHA-384", OPT_HMAC_SHA384},    {"SHA-512", OPT_HMAC_SHA512},
+        {"SHA-1", OPT_HMAC_SHA1},        {"MD5", OPT_HMAC_MD5},           {"SHA-224", OPT_HMAC_SHA224},
+        {"SHA-256", OPT_HMAC_SHA256},    {"SHA-384", OPT_HMAC_SHA384},    {"SHA-512", OPT_HMAC_SHA512},
         {"RIPEMD-160", OPT_HMAC_RMD160}, {"SHA3-224", OPT_HMAC_SHA3_224}, {"SHA3-256", OPT_HMAC_SHA3_256},
         {"SHA3-384", OPT_HMAC_SHA3_384}, {"SHA3-512", OPT_HMAC_SHA3_512}};
     for (const auto& n : names)
@@ -111,8 +116,8 @@ CONFORMANCE_SUITE(Vectors, Hmac, 1636,
         CheckMac(check, option, r.Bytes("Key"), r.Bytes("Msg"), r.Get("Mac"), Where(cavp, r));
         CheckMacStream(check, option, r.Bytes("Key"), r.Bytes("Msg"), r.Get("Mac"), Where(cavp, r));
     }
-    for (const char* file : {"rfc/rfc2202_hmac_md5_sha1.txt", "rfc/rfc4231_hmac_sha2.txt", "rfc/rfc2286_hmac_rmd160.txt",
-                             "rfc/hmac_sha3_examples.txt"}) {
+    for (const char* file : {"rfc/rfc2202_hmac_md5_sha1.txt", "rfc/rfc4231_hmac_sha2.txt",
+                             "rfc/rfc2286_hmac_rmd160.txt", "rfc/hmac_sha3_examples.txt"}) {
         for (const VectorRecord& r : ReadSet(check, file)) {
             check.Case();
             const int32_t option = HmacOption(r.section.begin()->first);

@@ -14,14 +14,14 @@ CONFORMANCE_SUITE(Vectors, HmacDrbg, 480,
         for (const VectorRecord& r : ReadSet(check, file)) {
             check.Case();
             const std::string want = r.Get("ReturnedBits");
-            const std::string in[7] = {r.Get("EntropyInput"),       r.Get("Nonce"),
+            const std::string in[7] = {r.Get("EntropyInput"),          r.Get("Nonce"),
                                        r.Get("PersonalizationString"), r.Get("AdditionalInput", 0),
-                                       r.Get("EntropyInputReseed"), r.Get("AdditionalInputReseed"),
+                                       r.Get("EntropyInputReseed"),    r.Get("AdditionalInputReseed"),
                                        r.Get("AdditionalInput", 1)};
             std::string out(want.size() + 1, '\0');
-            const int32_t n = RNG_TestDRBGVS(out.data(), int32_t(want.size()), int32_t(std::stol(r.Section("ReturnedBitsLen"))),
-                                             in[0].c_str(), in[1].c_str(), in[2].c_str(), in[3].c_str(), in[4].c_str(),
-                                             in[5].c_str(), in[6].c_str(), 0);
+            const int32_t n = RNG_TestDRBGVS(
+                out.data(), int32_t(want.size()), int32_t(std::stol(r.Section("ReturnedBitsLen"))), in[0].c_str(),
+                in[1].c_str(), in[2].c_str(), in[3].c_str(), in[4].c_str(), in[5].c_str(), in[6].c_str(), 0);
             check.Equal(n == int32_t(want.size()) ? std::string(out.c_str()) : "error " + std::to_string(n), want,
                         Where(file, r));
         }
