@@ -61,6 +61,9 @@ void RunByteSet(Checker& check, const DigestFile* files, size_t count, int32_t s
             const std::string where = Where(f.file, r), md = r.Get("MD");
             const ByteVec msg = MessageOf(r);
             check.Equal(HexOf(msg, f.option), md, where + " HASH_HexFromBytes");
+            char hex[129] = {};
+            int32_t n = HASH_HexFromHex(hex, 128, ToHex(msg).c_str(), f.option);
+            check.Equal(n < 0 ? "error " + std::to_string(n) : std::string(hex), md, where + " HASH_HexFromHex");
             ByteVec padded = msg;
             padded.push_back(0);  // the bit call wants a buffer even for 0 bits
             check.Equal(BitsHexOf(padded, int32_t(r.Int("Len")), f.option), md, where + " HASH_HexFromBits");
@@ -74,8 +77,9 @@ void RunByteSet(Checker& check, const DigestFile* files, size_t count, int32_t s
 
 CONFORMANCE_SUITE(Vectors, Sha1Sha2Bytes, 901, "SHA-1, SHA-224, SHA-256, SHA-384, SHA-512 (byte-oriented)",
                   "NIST CAVP SHAVS: nist-cavp/sha/byte/SHA*{Short,Long}Msg.rsp (10 files, complete)",
-                  "HASH_HexFromBytes HASH_HexFromBits HASH_Init HASH_AddBytes HASH_Final SHA1_BytesHash "
-                  "SHA2_BytesHash SHA1_Init SHA1_AddBytes SHA1_HexDigest SHA2_Init SHA2_AddBytes SHA2_HexDigest") {
+                  "HASH_HexFromBytes HASH_HexFromHex HASH_HexFromBits HASH_Init HASH_AddBytes HASH_Final "
+                  "SHA1_BytesHash SHA2_BytesHash SHA1_BytesHexHash SHA2_BytesHexHash SHA1_Init SHA1_AddBytes "
+                  "SHA1_HexDigest SHA2_Init SHA2_AddBytes SHA2_HexDigest") {
     static const DigestFile files[] = {
         {"nist-cavp/sha/byte/SHA1ShortMsg.rsp", OPT_HASH_SHA1},
         {"nist-cavp/sha/byte/SHA1LongMsg.rsp", OPT_HASH_SHA1},
@@ -99,6 +103,8 @@ CONFORMANCE_SUITE(Vectors, Sha1Sha2Bytes, 901, "SHA-1, SHA-224, SHA-256, SHA-384
             char hex[65] = {};
             sha1 ? SHA1_BytesHash(digest, Ptr(msg), Size(msg)) : SHA2_BytesHash(digest, Ptr(msg), Size(msg));
             check.Equal(ToHex(digest, sha1 ? 20 : 32), r.Get("MD"), Where(f.file, r) + " BytesHash");
+            sha1 ? SHA1_BytesHexHash(hex, Ptr(msg), Size(msg)) : SHA2_BytesHexHash(hex, Ptr(msg), Size(msg));
+            check.Equal(std::string(hex), r.Get("MD"), Where(f.file, r) + " BytesHexHash");
             int32_t h = sha1 ? SHA1_Init() : SHA2_Init();
             size_t half = msg.size() / 2;
             sha1 ? SHA1_AddBytes(h, msg.data(), int32_t(half)) : SHA2_AddBytes(h, msg.data(), int32_t(half));
@@ -132,7 +138,8 @@ CONFORMANCE_SUITE(Vectors, Sha1Sha2Bits, 3589, "SHA-1, SHA-224, SHA-256, SHA-384
 
 CONFORMANCE_SUITE(Vectors, Sha3Bytes, 856, "SHA3-224, SHA3-256, SHA3-384, SHA3-512 (byte-oriented)",
                   "NIST CAVP SHA3VS: nist-cavp/sha3/SHA3_*{Short,Long}Msg.rsp (8 files, complete)",
-                  "HASH_HexFromBytes HASH_HexFromBits HASH_Init HASH_AddBytes HASH_Final SHA3_Init SHA3_AddBytes "
+                  "HASH_HexFromBytes HASH_HexFromHex HASH_HexFromBits HASH_Init HASH_AddBytes HASH_Final SHA3_Init "
+                  "SHA3_AddBytes "
                   "SHA3_HexDigest") {
     static const struct {
         DigestFile files[2];
@@ -170,7 +177,8 @@ CONFORMANCE_SUITE(Vectors, Sha3Bits, 24, "SHA3-224, SHA3-256, SHA3-384, SHA3-512
 CONFORMANCE_SUITE(Vectors, Md5Md2Ripemd160, 22, "MD5, MD2, RIPEMD-160",
                   "RFC 1321 A.5, RFC 1319 A.5, RIPEMD-160 authors' vectors: rfc/rfc1321_md5.txt, rfc/rfc1319_md2.txt, "
                   "rfc/ripemd160_vectors.txt",
-                  "HASH_HexFromBytes HASH_Bytes MD5_BytesHash MD5_BytesHexHash") {
+                  "HASH_HexFromBytes HASH_HexFromHex HASH_Bytes MD5_BytesHash MD5_BytesHexHash MD5_Init MD5_AddBytes "
+                  "MD5_HexDigest") {
     static const DigestFile files[] = {{"rfc/rfc1321_md5.txt", OPT_HASH_MD5},
                                        {"rfc/rfc1319_md2.txt", OPT_HASH_MD2},
                                        {"rfc/ripemd160_vectors.txt", OPT_HASH_RMD160}};
@@ -180,6 +188,9 @@ CONFORMANCE_SUITE(Vectors, Md5Md2Ripemd160, 22, "MD5, MD2, RIPEMD-160",
             const ByteVec msg = MessageOf(r);
             const std::string where = Where(f.file, r);
             check.Equal(HexOf(msg, f.option), r.Get("MD"), where + " HASH_HexFromBytes");
+            char text[41] = {};
+            HASH_HexFromHex(text, 40, ToHex(msg).c_str(), f.option);
+            check.Equal(std::string(text), r.Get("MD"), where + " HASH_HexFromHex");
             uint8_t out[20];
             int32_t n = HASH_Bytes(out, 20, Ptr(msg), Size(msg), f.option);
             check.Equal(n < 0 ? "error" : ToHex(out, size_t(n)), r.Get("MD"), where + " HASH_Bytes");
@@ -189,6 +200,11 @@ CONFORMANCE_SUITE(Vectors, Md5Md2Ripemd160, 22, "MD5, MD2, RIPEMD-160",
             check.Equal(std::string(hex), r.Get("MD"), where + " MD5_BytesHexHash");
             MD5_BytesHash(out, Ptr(msg), Size(msg));
             check.Equal(ToHex(out, 16), r.Get("MD"), where + " MD5_BytesHash");
+            const int32_t h = MD5_Init();
+            for (size_t at = 0; at < msg.size(); at += 5)
+                MD5_AddBytes(h, msg.data() + at, int32_t(std::min<size_t>(5, msg.size() - at)));
+            MD5_HexDigest(hex, h);
+            check.Equal(std::string(hex), r.Get("MD"), where + " MD5_ stream");
         }
     }
 }
