@@ -6,10 +6,39 @@
 #include "reference.h"
 #include "registry.h"
 
+namespace {
+
+// The incremental AEAD_ calls with AAD and text cut at random: ciphertext
+// and tag as hex.
+std::string Incremental(Random& rng, int32_t alg, const ByteVec& key, const ByteVec& nonce, const ByteVec& aad,
+                        const ByteVec& pt) {
+    const int32_t h = AEAD_InitKey(key.data(), Size(key), alg);
+    int32_t rc = h > 0 ? AEAD_SetNonce(h, nonce.data(), Size(nonce)) : -1;
+    for (size_t at = 0; rc == 0 && at < aad.size();) {
+        const size_t n = std::min(aad.size() - at, size_t(rng.Between(1, 40)));
+        rc = AEAD_AddAAD(h, aad.data() + at, int32_t(n));
+        at += n;
+    }
+    if (rc == 0) rc = AEAD_StartEncrypt(h);
+    ByteVec out(pt.size()), tag(16);
+    for (size_t at = 0; rc == 0 && at < pt.size();) {
+        const size_t n = std::min(pt.size() - at, size_t(rng.Between(1, 80)));
+        rc = AEAD_Update(h, out.data() + at, int32_t(n), pt.data() + at, int32_t(n));
+        at += n;
+    }
+    if (rc == 0) rc = AEAD_FinishEncrypt(h, tag.data(), 16);
+    if (h > 0) AEAD_Destroy(h);
+    return rc ? "error " + std::to_string(rc) : ToHex(out) + ToHex(tag);
+}
+
+}  // namespace
+
 CONFORMANCE_SUITE(Differential, AesGcm, 6000,
                   "AES-GCM with 128/192/256-bit keys, IVs of 1 to 80 bytes, tags of 4 to 16 bytes, AAD and text of "
                   "0 to 200 bytes; a changed byte is refused",
-                  "OpenSSL libcrypto EVP AES-*-GCM", "GCM_Encrypt GCM_Decrypt AEAD_Encrypt AEAD_Decrypt") {
+                  "OpenSSL libcrypto EVP AES-*-GCM",
+                  "GCM_Encrypt GCM_Decrypt AEAD_Encrypt AEAD_Decrypt AEAD_InitKey AEAD_SetNonce AEAD_AddAAD "
+                  "AEAD_StartEncrypt AEAD_Update AEAD_FinishEncrypt AEAD_Destroy") {
     Random rng(0x5eed0020);
     for (long i = 0; i < 6000; ++i) {
         check.Case();
@@ -53,6 +82,8 @@ CONFORMANCE_SUITE(Differential, AesGcm, 6000,
                           Size(aad), tag.data(), Size(tag), alg);
         check.Equal(rc ? "error " + std::to_string(rc) : ToHex(out.data(), pt.size()), ToHex(pt),
                     where + " AEAD_Decrypt");
+        if (tag.size() == 16)
+            check.Equal(Incremental(rng, alg, key, iv, aad, pt), ToHex(ct) + ToHex(tag), where + " AEAD_ incremental");
     }
 }
 
@@ -103,7 +134,8 @@ CONFORMANCE_SUITE(Differential, ChaCha20, 1500,
 CONFORMANCE_SUITE(Differential, ChaCha20Poly1305, 3000,
                   "ChaCha20-Poly1305 (RFC 8439) with AAD and text of 0 to 300 bytes; a changed byte is refused",
                   "OpenSSL libcrypto EVP ChaCha20-Poly1305",
-                  "AEAD_Encrypt AEAD_Decrypt AEAD_EncryptWithTag AEAD_DecryptWithTag") {
+                  "AEAD_Encrypt AEAD_Decrypt AEAD_EncryptWithTag AEAD_DecryptWithTag AEAD_InitKey AEAD_SetNonce "
+                  "AEAD_AddAAD AEAD_StartEncrypt AEAD_Update AEAD_FinishEncrypt AEAD_Destroy") {
     Random rng(0x5eed0022);
     for (long i = 0; i < 3000; ++i) {
         check.Case();
@@ -131,6 +163,8 @@ CONFORMANCE_SUITE(Differential, ChaCha20Poly1305, 3000,
         rc = AEAD_DecryptWithTag(back.data(), Size(back), sealed.data(), Size(sealed), key.data(), 32, nonce.data(), 12,
                                  Ptr(aad), Size(aad), OPT_AEAD_CHACHA20_POLY1305);
         check.Equal(rc, -AUTH_FAIL_ERROR, where + " forged");
+        check.Equal(Incremental(rng, OPT_AEAD_CHACHA20_POLY1305, key, nonce, aad, pt), ToHex(ct) + ToHex(tag),
+                    where + " incremental");
     }
 }
 
