@@ -4,7 +4,7 @@
 usage: coverage.py [--check] RUNNER TESTS_DIR
 
 RUNNER is the built verimond_conformance program; TESTS_DIR the tests/
-directory (exports.txt, vectors/, COVERAGE.md). With --check nothing is
+directory (exports.txt, COVERAGE.md). With --check nothing is
 written: the exit status says whether COVERAGE.md is current.
 """
 import os
@@ -24,16 +24,7 @@ def registry(runner):
     return sorted(suites, key=lambda s: (s["group"] != "Vectors", s["name"]))
 
 
-def vector_size(directory):
-    files, size = 0, 0
-    for root, _, names in os.walk(directory):
-        for n in names:
-            files += 1
-            size += os.path.getsize(os.path.join(root, n))
-    return files, size
-
-
-def render(suites, exports, vectors):
+def render(suites, exports):
     lines = ["# Conformance coverage", "",
              "Generated from the registry of the conformance runner (`tests/conformance/`) by",
              f"`{REGENERATE}`; do not edit by hand.",
@@ -41,8 +32,6 @@ def render(suites, exports, vectors):
              "the files named; differential suites compare with an independent implementation over random",
              "inputs from fixed seeds (`VERIMOND_SEED` replaces them). Cases are the records or generated",
              "inputs each suite must check; the runner fails when the count differs.", ""]
-    files, size = vectors
-    lines += [f"Vector files in `tests/vectors`: {files}, {size / 1e6:.1f} MB.", ""]
     titles = {"Vectors": "Published vectors", "Differential": "Differential tests"}
     for group in ("Vectors", "Differential"):
         chosen = [s for s in suites if s["group"] == group]
@@ -78,7 +67,7 @@ def main():
     unknown = sorted({e for s in suites for e in s["exports"]} - set(exports))
     if unknown:
         sys.exit("registry names exports that do not exist: " + ", ".join(unknown))
-    text = render(suites, exports, vector_size(os.path.join(tests, "vectors")))
+    text = render(suites, exports)
     target = os.path.join(tests, "COVERAGE.md")
     if check:
         current = open(target).read() if os.path.exists(target) else ""
