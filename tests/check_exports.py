@@ -15,12 +15,17 @@ import sys
 def exported(library):
     out = subprocess.run(["nm", "-D", "--defined-only", library],
                          check=True, capture_output=True, text=True).stdout
-    names = set()
+    names, unversioned = set(), set()
     for line in out.splitlines():
         parts = line.split()
         if len(parts) == 3 and parts[1] in ("T", "W", "i", "D", "B", "R"):
-            names.add(parts[2].split("@")[0])
-    return names
+            name, _, version = parts[2].partition("@@")
+            names.add(name.split("@")[0])
+            # Unversioned exports would take over same-named calls of other
+            # libraries in the process (libcrypto's SHA1_Init, MD5_Init).
+            if version != "VERIMOND_6":
+                unversioned.add(name)
+    return names, unversioned
 
 
 def declared(header):
@@ -30,8 +35,11 @@ def declared(header):
 
 def main():
     library, header = sys.argv[1], sys.argv[2]
-    have, want = exported(library), declared(header)
+    (have, unversioned), want = exported(library), declared(header)
     ok = True
+    if unversioned:
+        print("exported without the version VERIMOND_6:", " ".join(sorted(unversioned)))
+        ok = False
     if have - want:
         print("exported but not declared:", " ".join(sorted(have - want)))
         ok = False

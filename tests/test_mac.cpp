@@ -78,7 +78,7 @@ TEST(MacPublished, HmacCmacPoly1305) {
     }
     EXPECT_EQ(checked, 93);
     // CAVP CMAC records keep Tlen bytes of the tag: the cut by capacity.
-    for (auto [file, option] : {std::pair{"nist-cavp/cmac/CMACGenAES128_subset.rsp", OPT_CMAC_AES128},
+    for (auto [file, option] : {std::pair{"nist-cavp/cmac/CMACGenAES128.rsp", OPT_CMAC_AES128},
                                 {"nist-cavp/cmac/CMACGenAES192.rsp", OPT_CMAC_AES192},
                                 {"nist-cavp/cmac/CMACGenAES256.rsp", OPT_CMAC_AES256},
                                 {"nist-cavp/cmac/CMACGenTDES3.rsp", OPT_CMAC_TDEA}}) {

@@ -100,3 +100,49 @@ inline std::vector<VectorRecord> ReadVectorFile(const std::string& relative) {
     flush();
     return records;
 }
+
+// The FIPS 202 example files (SHA3TestVectors.txt, SHAKETestVectors.txt):
+// "SHA3-256 sample of 30-bit message" or "SHAKE-128 sample of ...", the
+// message as 0/1 in message order, then "Hash val is" or "Output val is" and
+// the output bytes.
+struct BitSample {
+    std::string algorithm;  // "SHA3-256", "SHAKE-128", ...
+    std::string bits;
+    std::string output;  // lower-case hex
+
+    // The message as the bit calls take it: FIPS 202 puts the first bit in
+    // the low bit of a byte, the calls take a last partial byte's bits at the
+    // high end, so that byte is moved up by 8 - n.
+    std::vector<uint8_t> Message() const {
+        std::vector<uint8_t> msg(bits.size() / 8 + 1, 0);
+        for (size_t i = 0; i < bits.size(); ++i)
+            if (bits[i] == '1') msg[i / 8] |= uint8_t(1u << (i % 8));
+        if (bits.size() % 8 != 0) msg[bits.size() / 8] = uint8_t(msg[bits.size() / 8] << (8 - bits.size() % 8));
+        return msg;
+    }
+};
+
+inline std::vector<BitSample> ReadBitSamples(const std::string& relative) {
+    std::ifstream in(VectorPath(relative));
+    std::vector<BitSample> samples;
+    enum { kNone, kBits, kOutput } part = kNone;
+    std::string line;
+    while (std::getline(in, line)) {
+        size_t at = line.find(" sample of ");
+        if (at != std::string::npos && line.find("-bit message") != std::string::npos) {
+            samples.push_back({TrimVectorText(line.substr(0, at)), "", ""});
+            part = kNone;
+        } else if (line.find("Msg as bit string") != std::string::npos) {
+            part = kBits;
+        } else if (line.find("val is") != std::string::npos) {
+            part = kOutput;
+        } else if (!samples.empty() && line.find('#') == std::string::npos) {
+            for (char c : line) {
+                if (part == kBits && (c == '0' || c == '1')) samples.back().bits += c;
+                bool hex = (c >= '0' && c <= '9') || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F');
+                if (part == kOutput && hex) samples.back().output += char(c >= 'A' && c <= 'F' ? c + 32 : c);
+            }
+        }
+    }
+    return samples;
+}

@@ -25,7 +25,7 @@ TEST(AsconDigests, KnownAnswers) {
                           {"ascon-v1.2/Ascon-XOFA_v1.2_LWC_HASH_KAT_256.txt", true, 1}};
     for (const File& f : files) {
         auto records = ReadVectorFile(f.name);
-        ASSERT_EQ(records.size(), 257u) << f.name;
+        ASSERT_EQ(records.size(), 1025u) << f.name;
         for (const auto& r : records) {
             ByteVec msg = r.Bytes("Msg"), expected = r.Bytes("MD"), out(32);
             if (f.xof) {

@@ -1,0 +1,147 @@
+// The generic CIPHER_ calls and key wrap against OpenSSL's libcrypto: AES and
+// Triple DES in every mode, PKCS#5 padding or none, the IV in front or not,
+// the cipher named by text or by bits; AES Key Wrap and the Triple-DES Key
+// Wrap both ways.
+#include <algorithm>
+
+#include "reference.h"
+#include "registry.h"
+
+namespace {
+
+struct GenericCipher {
+    int32_t bits;
+    const char* text;    // algorithm text
+    const char* prefix;  // OpenSSL name without the mode
+    size_t key, block;
+};
+
+const GenericCipher kCiphers[] = {{OPT_CIPHER_AES128, "aes128", "AES-128", 16, 16},
+                                  {OPT_CIPHER_AES192, "aes192", "AES-192", 24, 16},
+                                  {OPT_CIPHER_AES256, "aes256", "AES-256", 32, 16},
+                                  {OPT_CIPHER_TDEA, "tdea", "DES-EDE3", 24, 8}};
+
+const struct {
+    const char* name;
+    int32_t bits;
+} kModes[] = {
+    {"ECB", OPT_MODE_ECB}, {"CBC", OPT_MODE_CBC}, {"CFB", OPT_MODE_CFB}, {"OFB", OPT_MODE_OFB}, {"CTR", OPT_MODE_CTR}};
+
+}  // namespace
+
+CONFORMANCE_SUITE(Differential, CipherCalls, 1936,
+                  "AES-128/192/256 in ECB, CBC, CFB, OFB, CTR and Triple DES in ECB, CBC, CFB, OFB through the "
+                  "generic calls: PKCS#5 padding or none, IV prefix, one-shot and stateful",
+                  "OpenSSL libcrypto EVP AES-*, DES-EDE3-* (PKCS#7 padding on); every length to 3 blocks and 5 bytes, "
+                  "1000 and 65537 bytes",
+                  "CIPHER_EncryptBytes CIPHER_DecryptBytes CIPHER_Init CIPHER_Update CIPHER_Final") {
+    Random rng(0x5eed0050);
+    long index = 0;
+    for (const GenericCipher& c : kCiphers) {
+        for (const auto& mode : kModes) {
+            if (c.block == 8 && mode.bits == OPT_MODE_CTR) continue;  // the reference has no DES CTR
+            const bool blockMode = mode.bits == OPT_MODE_ECB || mode.bits == OPT_MODE_CBC;
+            std::vector<size_t> lengths;
+            for (size_t n = 0; n <= 3 * c.block + 5; ++n) lengths.push_back(n);
+            lengths.push_back(1000);
+            lengths.push_back(65537);
+            for (size_t length : lengths) {
+                for (int round = 0; round < 2; ++round) {
+                    check.Case();
+                    // Padding unless the text is whole blocks and the coin says none.
+                    const bool pad = blockMode && (length % c.block != 0 || rng.Between(0, 1) == 0);
+                    const bool prefix = mode.bits != OPT_MODE_ECB && rng.Between(0, 1) == 0;
+                    const bool byText = rng.Between(0, 1) == 0;
+                    const ByteVec key = rng.Bytes(c.key), iv = rng.Bytes(c.block), pt = rng.Bytes(length);
+                    const std::string text = std::string(c.text) + "/" + mode.name + (pad ? "/pkcs5" : "/nopad");
+                    const int32_t options = (byText ? 0 : c.bits | mode.bits | (pad ? OPT_PAD_PKCS5 : OPT_PAD_NONE)) |
+                                            (prefix ? OPT_PREFIX_IV : 0);
+                    const char* alg = byText ? text.c_str() : nullptr;
+                    const std::string name = std::string(c.prefix) + "-" + mode.name;
+                    const std::string where =
+                        CaseName(rng, index++,
+                                 text + (prefix ? " prefix" : "") + (byText ? " by text" : " by bits") + " key " +
+                                     ToHex(key) + " iv " + ToHex(iv) + " length " + std::to_string(length));
+                    const ByteVec ivUsed = mode.bits == OPT_MODE_ECB ? ByteVec() : iv;
+                    ByteVec ct;
+                    if (!check.True(ref::Crypt(name.c_str(), true, key, ivUsed, pt, &ct, pad), "reference failed",
+                                    where))
+                        continue;
+                    ByteVec want = prefix ? iv : ByteVec();
+                    want.insert(want.end(), ct.begin(), ct.end());
+
+                    // The query gives the exact size; then the call fills it.
+                    int32_t n = CIPHER_EncryptBytes(nullptr, 0, NonNull(pt), Size(pt), key.data(), Size(key), iv.data(),
+                                                    Size(iv), alg, options);
+                    check.Equal(n, Size(want), where + " size query");
+                    ByteVec out(want.size() + 1);
+                    n = CIPHER_EncryptBytes(out.data(), Size(out), NonNull(pt), Size(pt), key.data(), Size(key),
+                                            iv.data(), Size(iv), alg, options);
+                    check.Equal(n == Size(want) ? ToHex(out.data(), want.size()) : "error " + std::to_string(n),
+                                ToHex(want), where + " encrypt");
+                    ByteVec back(want.size() + 1);
+                    n = CIPHER_DecryptBytes(back.data(), Size(back), NonNull(want), Size(want), key.data(), Size(key),
+                                            iv.data(), Size(iv), alg, options);
+                    check.Equal(n == Size(pt) ? ToHex(back.data(), pt.size()) : "error " + std::to_string(n), ToHex(pt),
+                                where + " decrypt");
+                    if (pad) continue;
+                    // The stateful calls in random whole-block pieces, a part block last.
+                    const int32_t h = CIPHER_Init(1, alg, key.data(), Size(key), iv.data(), Size(iv), options);
+                    ByteVec streamed(pt.size());
+                    for (size_t at = 0; at < pt.size();) {
+                        size_t len = std::min(pt.size() - at, c.block * size_t(rng.Between(0, 4)));
+                        if (pt.size() - at < c.block) len = pt.size() - at;
+                        CIPHER_Update(h, streamed.data() + at, int32_t(len), pt.data() + at, int32_t(len));
+                        at += len;
+                    }
+                    check.True(h != 0 && CIPHER_Final(h) == 0, "CIPHER_Init or CIPHER_Final failed", where);
+                    check.Equal(streamed, ct, where + " stateful");
+                }
+            }
+        }
+    }
+}
+
+CONFORMANCE_SUITE(Differential, KeyWrap, 392,
+                  "AES Key Wrap with 128/192/256-bit KEKs and 16 to 520 bytes of key data; Triple-DES Key Wrap "
+                  "(RFC 3217), whose output is random, both ways; a changed byte is refused",
+                  "OpenSSL libcrypto EVP AES-*-WRAP and DES3-WRAP", "CIPHER_KeyWrap CIPHER_KeyUnwrap") {
+    Random rng(0x5eed0051);
+    long index = 0;
+    for (size_t kek : {16u, 24u, 32u}) {
+        const int32_t option = kek == 16 ? OPT_CIPHER_AES128 : kek == 24 ? OPT_CIPHER_AES192 : OPT_CIPHER_AES256;
+        const std::string name = "AES-" + std::to_string(kek * 8) + "-WRAP";
+        for (size_t length = 16; length <= 520; length += 8) {
+            check.Case();
+            const ByteVec k = rng.Bytes(kek), data = rng.Bytes(length);
+            const std::string where = CaseName(rng, index++, name + " data " + std::to_string(length));
+            ByteVec want;
+            if (!check.True(ref::Wrap(name.c_str(), true, k, data, &want), "reference failed", where)) continue;
+            ByteVec out(length + 8);
+            int32_t n = CIPHER_KeyWrap(out.data(), Size(out), data.data(), Size(data), k.data(), Size(k), option);
+            check.Equal(n == Size(out) ? ToHex(out) : "error " + std::to_string(n), ToHex(want), where + " wrap");
+            n = CIPHER_KeyUnwrap(out.data(), Size(out), want.data(), Size(want), k.data(), Size(k), option);
+            check.Equal(n == Size(data) ? ToHex(out.data(), length) : "error " + std::to_string(n), ToHex(data),
+                        where + " unwrap");
+            want[size_t(rng.Between(0, Size(want) - 1))] ^= 0x01;
+            n = CIPHER_KeyUnwrap(out.data(), Size(out), want.data(), Size(want), k.data(), Size(k), option);
+            check.Equal(n, -1, where + " changed byte");
+        }
+    }
+    for (int i = 0; i < 200; ++i) {
+        check.Case();
+        const ByteVec kek = rng.Bytes(24), key = rng.Bytes(24);
+        const std::string where = CaseName(rng, index++, "DES3-WRAP kek " + ToHex(kek) + " key " + ToHex(key));
+        ByteVec ours(40), theirs, back(24);
+        int32_t n = CIPHER_KeyWrap(ours.data(), 40, key.data(), 24, kek.data(), 24, OPT_CIPHER_TDEA);
+        ByteVec opened;
+        check.True(n == 40 && ref::Wrap("DES3-WRAP", false, kek, ours, &opened) && opened == key,
+                   "the reference does not unwrap CIPHER_KeyWrap", where);
+        if (!check.True(ref::Wrap("DES3-WRAP", true, kek, key, &theirs), "reference failed", where)) continue;
+        n = CIPHER_KeyUnwrap(back.data(), 24, theirs.data(), Size(theirs), kek.data(), 24, OPT_CIPHER_TDEA);
+        check.Equal(n == 24 ? ToHex(back) : "error " + std::to_string(n), ToHex(key), where + " unwrap");
+        theirs[size_t(rng.Between(0, 39))] ^= 0x80;
+        n = CIPHER_KeyUnwrap(back.data(), 24, theirs.data(), Size(theirs), kek.data(), 24, OPT_CIPHER_TDEA);
+        check.Equal(n, -1, where + " changed byte");
+    }
+}

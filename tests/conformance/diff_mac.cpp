@@ -1,0 +1,220 @@
+// MACs, XOFs and key derivation against OpenSSL's libcrypto: HMAC over every
+// digest, CMAC, Poly1305, KMAC, SHAKE, MGF1, PBKDF2 and scrypt with random
+// keys, messages, lengths and parameters.
+#include <algorithm>
+
+#include "reference.h"
+#include "registry.h"
+
+namespace {
+
+struct HmacRef {
+    int32_t option;
+    const char* digest;
+    bool streams;
+};
+
+const HmacRef kHmacs[] = {
+    {OPT_HMAC_SHA1, "SHA1", true},         {OPT_HMAC_SHA224, "SHA224", true},     {OPT_HMAC_SHA256, "SHA256", true},
+    {OPT_HMAC_SHA384, "SHA384", true},     {OPT_HMAC_SHA512, "SHA512", true},     {OPT_HMAC_SHA3_224, "SHA3-224", true},
+    {OPT_HMAC_SHA3_256, "SHA3-256", true}, {OPT_HMAC_SHA3_384, "SHA3-384", true}, {OPT_HMAC_SHA3_512, "SHA3-512", true},
+    {OPT_HMAC_MD5, "MD5", false},          {OPT_HMAC_RMD160, "RIPEMD160", false},
+};
+
+std::string MacBytes(const ByteVec& key, const ByteVec& msg, int32_t option, size_t length) {
+    ByteVec out(length);
+    int32_t n = MAC_Bytes(out.data(), Size(out), Ptr(msg), Size(msg), NonNull(key), Size(key), option);
+    return n == Size(out) ? ToHex(out) : "error " + std::to_string(n);
+}
+
+}  // namespace
+
+CONFORMANCE_SUITE(Differential, Hmac, 3300,
+                  "HMAC over SHA-1, SHA-2, SHA-3, MD5 and RIPEMD-160 with keys of 0 to 299 bytes (past every block "
+                  "and rate) and messages of 0 to 300 bytes; the stream cut at random",
+                  "OpenSSL libcrypto EVP_MAC HMAC", "MAC_Bytes MAC_Init MAC_AddBytes MAC_Final") {
+    Random rng(0x5eed0040);
+    long index = 0;
+    for (const HmacRef& h : kHmacs) {
+        for (int i = 0; i < 300; ++i) {
+            check.Case();
+            const ByteVec key = rng.Bytes(size_t(i)), msg = rng.Bytes(size_t(rng.Between(0, 300)));
+            const std::string where = CaseName(rng, index++,
+                                               std::string("HMAC-") + h.digest + " key " + std::to_string(key.size()) +
+                                                   " message " + std::to_string(msg.size()));
+            ByteVec want;
+            if (!check.True(ref::Hmac(h.digest, key, msg, &want), "reference failed", where)) continue;
+            check.Equal(MacBytes(key, msg, h.option, want.size()), ToHex(want), where + " MAC_Bytes");
+            if (!h.streams || key.empty()) continue;  // the stream takes no empty key
+            const int32_t handle = MAC_Init(key.data(), Size(key), h.option);
+            for (size_t at = 0; at < msg.size();) {
+                const size_t n = std::min(msg.size() - at, size_t(rng.Between(0, 100)));
+                MAC_AddBytes(handle, msg.data() + at, int32_t(n));
+                at += n;
+            }
+            ByteVec out(want.size());
+            const int32_t n = MAC_Final(out.data(), Size(out), handle);
+            check.Equal(n == Size(out) ? ToHex(out) : "error " + std::to_string(n), ToHex(want), where + " stream");
+        }
+    }
+}
+
+CONFORMANCE_SUITE(Differential, CmacPoly1305, 3000,
+                  "CMAC over AES-128/192/256 and Triple DES, Poly1305; messages of 0 to 300 bytes",
+                  "OpenSSL libcrypto EVP_MAC CMAC (AES-*-CBC, DES-EDE3-CBC) and POLY1305", "MAC_Bytes") {
+    Random rng(0x5eed0041);
+    const struct {
+        int32_t option;
+        const char* cipher;
+        size_t key;
+    } macs[] = {{OPT_CMAC_AES128, "AES-128-CBC", 16},
+                {OPT_CMAC_AES192, "AES-192-CBC", 24},
+                {OPT_CMAC_AES256, "AES-256-CBC", 32},
+                {OPT_CMAC_TDEA, "DES-EDE3-CBC", 24},
+                {OPT_MAC_POLY1305, nullptr, 32}};
+    long index = 0;
+    for (const auto& m : macs) {
+        for (int i = 0; i < 600; ++i) {
+            check.Case();
+            const ByteVec key = rng.Bytes(m.key), msg = rng.Bytes(i < 301 ? size_t(i) : size_t(rng.Between(0, 300)));
+            const std::string where = CaseName(rng, index++,
+                                               std::string(m.cipher ? m.cipher : "Poly1305") + " key " + ToHex(key) +
+                                                   " message " + std::to_string(msg.size()));
+            ByteVec want;
+            const bool ok = m.cipher ? ref::Cmac(m.cipher, key, msg, &want) : ref::Poly1305(key, msg, &want);
+            if (!check.True(ok, "reference failed", where)) continue;
+            check.Equal(MacBytes(key, msg, m.option, want.size()), ToHex(want), where);
+        }
+    }
+}
+
+CONFORMANCE_SUITE(Differential, Kmac, 1200,
+                  "KMAC128, KMAC256 with keys of 4 to 300 bytes, customisation strings of 0 to 300 characters, "
+                  "outputs of 1 to 300 bytes; the fixed-length MAC_ forms",
+                  "OpenSSL libcrypto EVP_MAC KMAC128, KMAC256", "PRF_Bytes MAC_Bytes") {
+    Random rng(0x5eed0042);
+    for (long i = 0; i < 1200; ++i) {
+        check.Case();
+        const int strength = i % 2 ? 256 : 128;
+        // The reference takes keys of 4 bytes or more.
+        const ByteVec key = rng.Bytes(size_t(rng.Between(4, 300))), msg = rng.Bytes(size_t(rng.Between(0, 300)));
+        std::string custom(size_t(rng.Between(0, 300)), ' ');
+        for (char& c : custom) c = char(rng.Between(32, 126));
+        const bool fixed = i % 5 == 0;  // MAC_Bytes: empty custom string, 32 or 64 bytes
+        if (fixed) custom.clear();
+        const size_t length = fixed ? size_t(strength / 4) : size_t(rng.Between(1, 300));
+        const std::string where =
+            CaseName(rng, i,
+                     "KMAC" + std::to_string(strength) + " key " + std::to_string(key.size()) + " custom " +
+                         std::to_string(custom.size()) + " output " + std::to_string(length));
+        ByteVec want;
+        if (!check.True(ref::Kmac(strength, key, msg, custom, length, &want), "reference failed", where)) continue;
+        const int32_t option = strength == 128 ? OPT_KMAC_128 : OPT_KMAC_256;
+        ByteVec out(length);
+        int32_t n =
+            PRF_Bytes(out.data(), Size(out), NonNull(msg), Size(msg), key.data(), Size(key), custom.c_str(), option);
+        check.Equal(n == Size(out) ? ToHex(out) : "error " + std::to_string(n), ToHex(want), where + " PRF_Bytes");
+        if (fixed) check.Equal(MacBytes(key, msg, option, length), ToHex(want), where + " MAC_Bytes");
+    }
+}
+
+CONFORMANCE_SUITE(Differential, XofMgf1, 2000,
+                  "SHAKE128, SHAKE256 with outputs of 0 to 600 bytes (several rates); MGF1 over SHA-1 and SHA-2",
+                  "OpenSSL libcrypto EVP_DigestFinalXOF and PKCS1_MGF1", "XOF_Bytes PRF_Bytes") {
+    Random rng(0x5eed0043);
+    const struct {
+        int32_t option;
+        const char* digest;
+        bool mgf1;
+    } xofs[] = {{OPT_XOF_SHAKE128, "SHAKE128", false}, {OPT_XOF_SHAKE256, "SHAKE256", false},
+                {OPT_XOF_MGF1_SHA1, "SHA1", true},     {OPT_XOF_MGF1_SHA224, "SHA224", true},
+                {OPT_XOF_MGF1_SHA256, "SHA256", true}, {OPT_XOF_MGF1_SHA384, "SHA384", true},
+                {OPT_XOF_MGF1_SHA512, "SHA512", true}};
+    for (long i = 0; i < 2000; ++i) {
+        check.Case();
+        const auto& x = xofs[i % 7];
+        const ByteVec msg = rng.Bytes(size_t(rng.Between(0, 400)));
+        const size_t length = size_t(rng.Between(x.mgf1 ? 1 : 0, 600));
+        const std::string where = CaseName(rng, i,
+                                           std::string(x.mgf1 ? "MGF1-" : "") + x.digest + " message " +
+                                               std::to_string(msg.size()) + " output " + std::to_string(length));
+        ByteVec want;
+        const bool ok =
+            x.mgf1 ? ref::Mgf1(x.digest, msg, length, &want) : length == 0 || ref::Digest(x.digest, msg, &want, length);
+        if (!check.True(ok, "reference failed", where)) continue;
+        ByteVec out(length + 1);
+        int32_t n = XOF_Bytes(out.data(), int32_t(length), Ptr(msg), Size(msg), x.option);
+        check.Equal(n == int32_t(length) ? ToHex(out.data(), length) : "error " + std::to_string(n), ToHex(want),
+                    where + " XOF_Bytes");
+        if (x.mgf1) continue;
+        n = PRF_Bytes(out.data(), int32_t(length), NonNull(msg), Size(msg), nullptr, 0, "", x.option);
+        check.Equal(n == int32_t(length) ? ToHex(out.data(), length) : "error " + std::to_string(n), ToHex(want),
+                    where + " PRF_Bytes");
+    }
+}
+
+CONFORMANCE_SUITE(Differential, Pbkdf2, 600,
+                  "PBKDF2 with HMAC-SHA-1, SHA-224, SHA-256, SHA-384, SHA-512; 1 to 40 iterations (and some 1000s), "
+                  "keys of 1 to 200 bytes",
+                  "OpenSSL libcrypto PKCS5_PBKDF2_HMAC", "PBE_Kdf2 PBE_Kdf2Hex") {
+    Random rng(0x5eed0044);
+    const struct {
+        int32_t option;
+        const char* digest;
+    } prfs[] = {{OPT_HASH_SHA1, "SHA1"},
+                {OPT_HASH_SHA224, "SHA224"},
+                {OPT_HASH_SHA256, "SHA256"},
+                {OPT_HASH_SHA384, "SHA384"},
+                {OPT_HASH_SHA512, "SHA512"}};
+    for (long i = 0; i < 600; ++i) {
+        check.Case();
+        const auto& p = prfs[i % 5];
+        const ByteVec password = rng.Bytes(size_t(rng.Between(1, 150))), salt = rng.Bytes(size_t(rng.Between(1, 100)));
+        const int iterations = i % 50 == 0 ? rng.Between(1000, 3000) : rng.Between(1, 40);
+        const size_t length = size_t(rng.Between(1, 200));
+        const std::string where =
+            CaseName(rng, i,
+                     std::string("PBKDF2-") + p.digest + " password " + std::to_string(password.size()) + " salt " +
+                         std::to_string(salt.size()) + " iterations " + std::to_string(iterations) + " length " +
+                         std::to_string(length));
+        ByteVec want;
+        if (!check.True(ref::Pbkdf2(p.digest, password, salt, iterations, length, &want), "reference failed", where))
+            continue;
+        ByteVec out(length);
+        int32_t rc = PBE_Kdf2(out.data(), Size(out), password.data(), Size(password), salt.data(), Size(salt),
+                              iterations, p.option);
+        check.Equal(rc ? "error " + std::to_string(rc) : ToHex(out), ToHex(want), where + " PBE_Kdf2");
+        // The text form: a password without zero bytes.
+        ByteVec text = password;
+        for (auto& b : text) b = uint8_t(b % 94 + 33);
+        ref::Pbkdf2(p.digest, text, salt, iterations, length, &want);
+        std::string hex(length * 2 + 1, '\0');
+        rc = PBE_Kdf2Hex(hex.data(), int32_t(length * 2), int32_t(length),
+                         std::string(text.begin(), text.end()).c_str(), ToHex(salt).c_str(), iterations, p.option);
+        check.Equal(rc ? "error " + std::to_string(rc) : hex.c_str(), Upper(ToHex(want)), where + " PBE_Kdf2Hex");
+    }
+}
+
+CONFORMANCE_SUITE(Differential, Scrypt, 300,
+                  "scrypt with N of 2 to 1024, r of 1 to 8, p of 1 to 4, empty and non-empty passwords and salts",
+                  "OpenSSL libcrypto EVP_PBE_scrypt", "PBE_Scrypt") {
+    Random rng(0x5eed0045);
+    for (long i = 0; i < 300; ++i) {
+        check.Case();
+        const int32_t n = 1 << rng.Between(1, 10), r = rng.Between(1, 8), p = rng.Between(1, 4);
+        const ByteVec password = rng.Bytes(size_t(rng.Between(0, 64))), salt = rng.Bytes(size_t(rng.Between(0, 64)));
+        const size_t length = size_t(rng.Between(1, 200));
+        const std::string where =
+            CaseName(rng, i,
+                     "N " + std::to_string(n) + " r " + std::to_string(r) + " p " + std::to_string(p) + " password " +
+                         std::to_string(password.size()) + " salt " + std::to_string(salt.size()));
+        ByteVec want;
+        if (!check.True(ref::Scrypt(password, salt, uint64_t(n), uint64_t(r), uint64_t(p), length, &want),
+                        "reference failed", where))
+            continue;
+        ByteVec out(length);
+        int32_t rc =
+            PBE_Scrypt(out.data(), Size(out), Ptr(password), Size(password), Ptr(salt), Size(salt), n, r, p, 0);
+        check.Equal(rc ? "error " + std::to_string(rc) : ToHex(out), ToHex(want), where);
+    }
+}

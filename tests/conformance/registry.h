@@ -1,0 +1,115 @@
+// The conformance runner's registry. Each suite checks one algorithm family
+// through the public exports, against a published vector set or against an
+// independent implementation, and declares what it covers. The runner turns
+// every suite into one test; tests/conformance/coverage.py turns the same
+// declarations into tests/COVERAGE.md.
+#pragma once
+#include <cstdint>
+#include <functional>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "test_support.h"
+#include "vector_reader.h"
+
+using ByteVec = std::vector<uint8_t>;
+
+// Collects the outcome of one suite. Only the first mismatches are reported
+// in full, so that a broken core does not flood the log.
+class Checker {
+public:
+    // A record or a generated case about to be checked.
+    void Case() { ++cases_; }
+    long cases() const { return cases_; }
+    int failures() const { return failures_; }
+
+    bool Equal(const std::string& got, const std::string& want, const std::string& where);
+    bool Equal(const ByteVec& got, const ByteVec& want, const std::string& where) {
+        return Equal(ToHex(got), ToHex(want), where);
+    }
+    bool Equal(long got, long want, const std::string& where) {
+        return Equal(std::to_string(got), std::to_string(want), where);
+    }
+    bool True(bool ok, const std::string& what, const std::string& where);
+
+    // The suite cannot run here (a reference algorithm is missing); said so
+    // in the test output instead of passing silently.
+    void Skip(const std::string& reason) { skip_ = reason; }
+    const std::string& skipReason() const { return skip_; }
+
+private:
+    long cases_ = 0;
+    int failures_ = 0;
+    std::string skip_;
+};
+
+struct Suite {
+    const char* group;  // "Vectors" or "Differential"
+    const char* name;
+    long expected;           // records or cases the suite must check
+    const char* algorithms;  // what is proven
+    const char* source;      // vector files or the reference
+    const char* exports;     // the exports driven, separated by blanks
+    void (*run)(Checker&);
+};
+
+std::vector<Suite>& Registry();
+bool RegisterSuite(const Suite& s);
+
+#define CONFORMANCE_SUITE(group, name, expected, algorithms, source, exports)                         \
+    static void Run_##group##_##name(Checker& check);                                                 \
+    [[maybe_unused]] static const bool kRegistered_##group##_##name =                                 \
+        RegisterSuite({#group, #name, expected, algorithms, source, exports, &Run_##group##_##name}); \
+    static void Run_##group##_##name(Checker& check)
+
+// An empty field is passed to the library as an absent pointer.
+inline const uint8_t* Ptr(const ByteVec& v) {
+    return v.empty() ? nullptr : v.data();
+}
+inline int32_t Size(const ByteVec& v) {
+    return int32_t(v.size());
+}
+// A readable pointer also for an empty field, where a call wants one.
+inline const uint8_t* NonNull(const ByteVec& v) {
+    static const uint8_t empty = 0;
+    return v.empty() ? &empty : v.data();
+}
+
+inline std::string Where(const std::string& file, const VectorRecord& r) {
+    return file + ":" + std::to_string(r.line);
+}
+
+inline std::string Upper(std::string s) {
+    for (char& c : s)
+        if (c >= 'a' && c <= 'f') c = char(c - 'a' + 'A');
+    return s;
+}
+
+inline std::string Lower(std::string s) {
+    for (char& c : s)
+        if (c >= 'A' && c <= 'F') c = char(c - 'A' + 'a');
+    return s;
+}
+
+// Reads a file that must hold records; a missing or empty file is a failure
+// of the suite, not a quiet pass.
+std::vector<VectorRecord> ReadSet(Checker& check, const std::string& file);
+
+// Fixed-seed generator for the differential suites. VERIMOND_SEED in the
+// environment replaces the seed, to explore beyond the fixed cases.
+class Random {
+public:
+    explicit Random(uint64_t seed);
+    uint64_t seed() const { return seed_; }
+    // Uniform in [lo, hi].
+    int Between(int lo, int hi) { return std::uniform_int_distribution<int>(lo, hi)(engine_); }
+    ByteVec Bytes(size_t n);
+
+private:
+    uint64_t seed_;
+    std::mt19937_64 engine_;
+};
+
+// "seed S case N: ..." for a failure message.
+std::string CaseName(const Random& rng, long index, const std::string& what);

@@ -1,0 +1,297 @@
+// Published vectors for authenticated encryption and stream ciphers: NIST
+// GCMVS (every IV length, failing tags), RFC 8439, Ascon v1.2 known answers,
+// eSTREAM Salsa20 and RFC 6229 ARCFOUR.
+#include "registry.h"
+
+namespace {
+
+const char* kGcmEncrypt[] = {"nist-cavp/gcm/gcmEncryptExtIV128_subset.rsp",
+                             "nist-cavp/gcm/gcmEncryptExtIV192_subset.rsp",
+                             "nist-cavp/gcm/gcmEncryptExtIV256_subset.rsp"};
+const char* kGcmDecrypt[] = {"nist-cavp/gcm/gcmDecrypt128_subset.rsp", "nist-cavp/gcm/gcmDecrypt192_subset.rsp",
+                             "nist-cavp/gcm/gcmDecrypt256_subset.rsp"};
+
+// The AEAD_ numbers take AES-GCM with a 16- or 32-byte key and a 12-byte
+// nonce; 0 when a record is outside that.
+int32_t AeadGcmOption(const ByteVec& key, const ByteVec& iv) {
+    if (iv.size() != 12) return 0;
+    return key.size() == 16 ? OPT_AEAD_AES_128_GCM : key.size() == 32 ? OPT_AEAD_AES_256_GCM : 0;
+}
+
+// The incremental AEAD_ calls over a message cut in two; tag of 16 bytes, or
+// with a tag given, a decryption whose result is returned.
+int32_t AeadIncremental(int32_t alg, const ByteVec& key, const ByteVec& nonce, const ByteVec& aad, const ByteVec& in,
+                        ByteVec* out, ByteVec* tag, bool encrypt) {
+    const int32_t h = AEAD_InitKey(key.data(), Size(key), alg);
+    if (h <= 0) return h == 0 ? -1 : h;
+    int32_t rc = AEAD_SetNonce(h, nonce.data(), Size(nonce));
+    const size_t half = aad.size() / 2;
+    if (rc == 0 && half > 0) rc = AEAD_AddAAD(h, aad.data(), int32_t(half));
+    if (rc == 0 && aad.size() > half) rc = AEAD_AddAAD(h, aad.data() + half, int32_t(aad.size() - half));
+    if (rc == 0) rc = encrypt ? AEAD_StartEncrypt(h) : AEAD_StartDecrypt(h, tag->data(), Size(*tag));
+    out->assign(in.size(), 0);
+    const size_t cut = in.size() / 3;
+    if (rc == 0 && cut > 0) rc = AEAD_Update(h, out->data(), int32_t(cut), in.data(), int32_t(cut));
+    if (rc == 0 && in.size() > cut)
+        rc = AEAD_Update(h, out->data() + cut, int32_t(in.size() - cut), in.data() + cut, int32_t(in.size() - cut));
+    if (rc == 0) {
+        if (encrypt) {
+            tag->assign(16, 0);
+            rc = AEAD_FinishEncrypt(h, tag->data(), 16);
+        } else {
+            rc = AEAD_FinishDecrypt(h);
+        }
+    }
+    AEAD_Destroy(h);
+    return rc;
+}
+
+std::string Prefix(const ByteVec& v, size_t n) {
+    return ToHex(v.data(), std::min(n, v.size()));
+}
+
+}  // namespace
+
+CONFORMANCE_SUITE(Vectors, GcmEncrypt, 225,
+                  "AES-GCM encryption, 128/192/256-bit keys, IVs of 8, 96 and 1024 bits, tags of 4 to 16 bytes",
+                  "NIST CAVP GCMVS: nist-cavp/gcm/gcmEncryptExtIV{128,192,256}_subset.rsp (every IV, text, AAD and "
+                  "tag length; one record per combination)",
+                  "GCM_Encrypt GCM_InitKey GCM_NextEncrypt GCM_FinishKey AEAD_Encrypt AEAD_InitKey AEAD_SetNonce "
+                  "AEAD_AddAAD AEAD_StartEncrypt AEAD_Update AEAD_FinishEncrypt AEAD_Destroy") {
+    for (const char* file : kGcmEncrypt) {
+        for (const VectorRecord& r : ReadSet(check, file)) {
+            check.Case();
+            const std::string where = Where(file, r);
+            const ByteVec key = r.Bytes("Key"), iv = r.Bytes("IV"), pt = r.Bytes("PT"), aad = r.Bytes("AAD");
+            const std::string want = Lower(r.Get("CT") + r.Get("Tag"));
+            const size_t taglen = r.Get("Tag").size() / 2;
+            ByteVec ct(pt.size() + 1), tag(taglen);
+            int32_t rc = GCM_Encrypt(ct.data(), Size(ct), tag.data(), Size(tag), Ptr(pt), Size(pt), key.data(),
+                                     Size(key), iv.data(), Size(iv), Ptr(aad), Size(aad), 0);
+            check.Equal(rc ? "error " + std::to_string(rc) : Prefix(ct, pt.size()) + ToHex(tag), want,
+                        where + " GCM_Encrypt");
+            const int32_t h = GCM_InitKey(key.data(), Size(key), 0);
+            rc = GCM_NextEncrypt(h, ct.data(), Size(ct), tag.data(), Size(tag), Ptr(pt), Size(pt), iv.data(), Size(iv),
+                                 Ptr(aad), Size(aad));
+            GCM_FinishKey(h);
+            check.Equal(rc ? "error " + std::to_string(rc) : Prefix(ct, pt.size()) + ToHex(tag), want,
+                        where + " GCM_NextEncrypt");
+            const int32_t alg = AeadGcmOption(key, iv);
+            if (!alg) continue;
+            ByteVec full(16);
+            rc = AEAD_Encrypt(ct.data(), Size(ct), full.data(), 16, Ptr(pt), Size(pt), key.data(), Size(key), iv.data(),
+                              12, Ptr(aad), Size(aad), alg);
+            check.Equal(rc ? "error " + std::to_string(rc) : Prefix(ct, pt.size()) + Prefix(full, taglen), want,
+                        where + " AEAD_Encrypt");
+            ByteVec out;
+            rc = AeadIncremental(alg, key, iv, aad, pt, &out, &full, true);
+            check.Equal(rc ? "error " + std::to_string(rc) : ToHex(out) + Prefix(full, taglen), want,
+                        where + " AEAD_ incremental");
+        }
+    }
+}
+
+CONFORMANCE_SUITE(Vectors, GcmDecrypt, 449,
+                  "AES-GCM decryption and tag check, 128/192/256-bit keys, IVs of 8, 96 and 1024 bits, failing tags",
+                  "NIST CAVP GCMVS: nist-cavp/gcm/gcmDecrypt{128,192,256}_subset.rsp (one passing and one FAIL "
+                  "record per combination)",
+                  "GCM_Decrypt GCM_InitKey GCM_NextDecrypt GCM_FinishKey AEAD_Decrypt AEAD_InitKey AEAD_SetNonce "
+                  "AEAD_AddAAD AEAD_StartDecrypt AEAD_Update AEAD_FinishDecrypt AEAD_Destroy") {
+    for (const char* file : kGcmDecrypt) {
+        for (const VectorRecord& r : ReadSet(check, file)) {
+            check.Case();
+            const std::string where = Where(file, r);
+            const ByteVec key = r.Bytes("Key"), iv = r.Bytes("IV"), ct = r.Bytes("CT"), aad = r.Bytes("AAD");
+            ByteVec tag = r.Bytes("Tag");
+            // A failing record must leave the output as it was.
+            const std::string want =
+                r.fail ? "rejected " + std::string(ct.size() * 2, 'a') : "ok " + Lower(r.Get("PT"));
+            auto outcome = [&](int32_t rc, const ByteVec& out) {
+                if (rc != 0 && rc != -AUTH_FAIL_ERROR) return "error " + std::to_string(rc);
+                return (rc ? "rejected " : "ok ") + Prefix(out, ct.size());
+            };
+            ByteVec out(ct.size() + 1, 0xaa);
+            int32_t rc = GCM_Decrypt(out.data(), Size(out), Ptr(ct), Size(ct), key.data(), Size(key), iv.data(),
+                                     Size(iv), Ptr(aad), Size(aad), tag.data(), Size(tag), 0);
+            check.Equal(outcome(rc, out), want, where + " GCM_Decrypt");
+            const int32_t h = GCM_InitKey(key.data(), Size(key), 0);
+            out.assign(ct.size() + 1, 0xaa);
+            rc = GCM_NextDecrypt(h, out.data(), Size(out), Ptr(ct), Size(ct), iv.data(), Size(iv), Ptr(aad), Size(aad),
+                                 tag.data(), Size(tag));
+            GCM_FinishKey(h);
+            check.Equal(outcome(rc, out), want, where + " GCM_NextDecrypt");
+            const int32_t alg = AeadGcmOption(key, iv);
+            if (!alg) continue;
+            out.assign(ct.size() + 1, 0xaa);
+            rc = AEAD_Decrypt(out.data(), Size(out), Ptr(ct), Size(ct), key.data(), Size(key), iv.data(), 12, Ptr(aad),
+                              Size(aad), tag.data(), Size(tag), alg);
+            check.Equal(outcome(rc, out), want, where + " AEAD_Decrypt");
+            // Incremental decryption hands out plaintext before the tag is
+            // known; only the verdict is compared on failing records.
+            rc = AeadIncremental(alg, key, iv, aad, ct, &out, &tag, false);
+            check.Equal(r.fail ? (rc == -AUTH_FAIL_ERROR ? "rejected" : "error " + std::to_string(rc))
+                               : (rc ? "error " + std::to_string(rc) : ToHex(out)),
+                        r.fail ? "rejected" : Lower(r.Get("PT")), where + " AEAD_ incremental");
+        }
+    }
+}
+
+CONFORMANCE_SUITE(Vectors, ChaCha20Rfc8439, 16,
+                  "ChaCha20 block function and encryption (12-byte nonce, 32-bit counter), Poly1305 key generation, "
+                  "AEAD_CHACHA20_POLY1305",
+                  "RFC 8439 sections 2.3.2, 2.4.2, 2.6.2, 2.8.2, A.1, A.2, A.4, A.5: rfc/rfc8439_chacha20_poly1305.txt",
+                  "CIPHER_StreamBytes CIPHER_StreamHex CIPHER_StreamInit CIPHER_StreamUpdate CIPHER_StreamFinal "
+                  "AEAD_Encrypt AEAD_Decrypt AEAD_EncryptWithTag AEAD_DecryptWithTag AEAD_InitKey AEAD_SetNonce "
+                  "AEAD_AddAAD AEAD_StartEncrypt AEAD_StartDecrypt AEAD_Update AEAD_FinishEncrypt "
+                  "AEAD_FinishDecrypt AEAD_Destroy") {
+    const std::string file = "rfc/rfc8439_chacha20_poly1305.txt";
+    for (const VectorRecord& r : ReadSet(check, file)) {
+        const std::string where = Where(file, r) + " " + r.Get("SOURCE");
+        const ByteVec key = r.Bytes("KEY"), nonce = r.Bytes("NONCE");
+        if (r.section.count("AEAD_CHACHA20_POLY1305")) {
+            check.Case();
+            const ByteVec aad = r.Bytes("AAD"), pt = r.Bytes("PLAINTEXT");
+            const std::string want = r.Get("CIPHERTEXT") + r.Get("TAG");
+            ByteVec ct(pt.size()), tag(16);
+            int32_t rc = AEAD_Encrypt(ct.data(), Size(ct), tag.data(), 16, pt.data(), Size(pt), key.data(), 32,
+                                      nonce.data(), 12, Ptr(aad), Size(aad), OPT_AEAD_CHACHA20_POLY1305);
+            check.Equal(rc ? "error" : ToHex(ct) + ToHex(tag), want, where + " AEAD_Encrypt");
+            ByteVec back(pt.size());
+            rc = AEAD_Decrypt(back.data(), Size(back), ct.data(), Size(ct), key.data(), 32, nonce.data(), 12, Ptr(aad),
+                              Size(aad), tag.data(), 16, OPT_AEAD_CHACHA20_POLY1305);
+            check.Equal(rc ? "error" : ToHex(back), ToHex(pt), where + " AEAD_Decrypt");
+            ByteVec sealed(pt.size() + 16);
+            rc = AEAD_EncryptWithTag(sealed.data(), Size(sealed), pt.data(), Size(pt), key.data(), 32, nonce.data(), 12,
+                                     Ptr(aad), Size(aad), OPT_AEAD_CHACHA20_POLY1305);
+            check.Equal(rc == Size(sealed) ? ToHex(sealed) : "error", want, where + " AEAD_EncryptWithTag");
+            rc = AEAD_DecryptWithTag(back.data(), Size(back), sealed.data(), Size(sealed), key.data(), 32, nonce.data(),
+                                     12, Ptr(aad), Size(aad), OPT_AEAD_CHACHA20_POLY1305);
+            check.Equal(rc == Size(pt) ? ToHex(back) : "error", ToHex(pt), where + " AEAD_DecryptWithTag");
+            ByteVec out;
+            rc = AeadIncremental(OPT_AEAD_CHACHA20_POLY1305, key, nonce, aad, pt, &out, &tag, true);
+            check.Equal(rc ? "error" : ToHex(out) + ToHex(tag), want, where + " AEAD_ incremental encrypt");
+            rc = AeadIncremental(OPT_AEAD_CHACHA20_POLY1305, key, nonce, aad, ct, &out, &tag, false);
+            check.Equal(rc ? "error" : ToHex(out), ToHex(pt), where + " AEAD_ incremental decrypt");
+            continue;
+        }
+        // Key stream and encryption records; the one-time Poly1305 key is the
+        // first 32 key stream bytes of block 0.
+        ByteVec in, want;
+        uint32_t counter = 0;
+        if (r.section.count("ChaCha20 block function")) {
+            in.assign(64, 0);
+            want = r.Bytes("BLOCK");
+            counter = uint32_t(r.Int("COUNTER"));
+        } else if (r.section.count("ChaCha20 encryption")) {
+            in = r.Bytes("PLAINTEXT");
+            want = r.Bytes("CIPHERTEXT");
+            counter = uint32_t(r.Int("COUNTER"));
+        } else if (r.section.count("Poly1305 key generation")) {
+            in.assign(32, 0);
+            want = r.Bytes("OTK");
+        } else {
+            continue;  // the Poly1305 records belong to the MAC suite
+        }
+        check.Case();
+        ByteVec out(in.size());
+        int32_t rc = CIPHER_StreamBytes(out.data(), in.data(), Size(in), key.data(), Size(key), nonce.data(), 12,
+                                        counter, OPT_STREAM_CHACHA20);
+        check.Equal(rc ? "error " + std::to_string(rc) : ToHex(out), ToHex(want), where + " CIPHER_StreamBytes");
+        std::string hex(in.size() * 2 + 1, '\0');
+        rc = CIPHER_StreamHex(hex.data(), int32_t(hex.size() - 1), ToHex(in).c_str(), ToHex(key).c_str(),
+                              ToHex(nonce).c_str(), counter, OPT_STREAM_CHACHA20);
+        check.Equal(rc ? "error " + std::to_string(rc) : hex.c_str(), Upper(ToHex(want)), where + " CIPHER_StreamHex");
+        // Cut anywhere: the stream carries its key stream across calls.
+        const int32_t h = CIPHER_StreamInit(key.data(), Size(key), nonce.data(), 12, counter, OPT_STREAM_CHACHA20);
+        const size_t cut = in.size() * 2 / 5;
+        out.assign(in.size(), 0);
+        rc = CIPHER_StreamUpdate(h, out.data(), in.data(), int32_t(cut));
+        if (rc == 0) rc = CIPHER_StreamUpdate(h, out.data() + cut, in.data() + cut, int32_t(in.size() - cut));
+        CIPHER_StreamFinal(h);
+        check.Equal(rc ? "error " + std::to_string(rc) : ToHex(out), ToHex(want), where + " CIPHER_StreamUpdate");
+    }
+}
+
+CONFORMANCE_SUITE(Vectors, Ascon, 2178,
+                  "Ascon-128 and Ascon-128a (v1.2) authenticated encryption, text and AD of 0 to 32 bytes",
+                  "Ascon v1.2 LWC known answers: ascon-v1.2/Ascon-128{,a}_v1.2_LWC_AEAD_KAT_128_128.txt (complete)",
+                  "AEAD_EncryptWithTag AEAD_DecryptWithTag") {
+    for (int32_t alg : {OPT_AEAD_ASCON_128, OPT_AEAD_ASCON_128A}) {
+        const std::string file = alg == OPT_AEAD_ASCON_128 ? "ascon-v1.2/Ascon-128_v1.2_LWC_AEAD_KAT_128_128.txt"
+                                                           : "ascon-v1.2/Ascon-128a_v1.2_LWC_AEAD_KAT_128_128.txt";
+        for (const VectorRecord& r : ReadSet(check, file)) {
+            check.Case();
+            const std::string where = Where(file, r);
+            const ByteVec key = r.Bytes("Key"), nonce = r.Bytes("Nonce"), pt = r.Bytes("PT"), ad = r.Bytes("AD");
+            const ByteVec want = r.Bytes("CT");
+            ByteVec sealed(want.size());
+            int32_t rc = AEAD_EncryptWithTag(sealed.data(), Size(sealed), Ptr(pt), Size(pt), key.data(), 16,
+                                             nonce.data(), 16, Ptr(ad), Size(ad), alg);
+            check.Equal(rc == Size(want) ? ToHex(sealed) : "error " + std::to_string(rc), ToHex(want),
+                        where + " AEAD_EncryptWithTag");
+            ByteVec opened(pt.size() + 1);
+            rc = AEAD_DecryptWithTag(opened.data(), Size(opened), want.data(), Size(want), key.data(), 16, nonce.data(),
+                                     16, Ptr(ad), Size(ad), alg);
+            check.Equal(rc == Size(pt) ? Prefix(opened, pt.size()) : "error " + std::to_string(rc), ToHex(pt),
+                        where + " AEAD_DecryptWithTag");
+            ByteVec forged = want;
+            forged.back() ^= 1;
+            rc = AEAD_DecryptWithTag(opened.data(), Size(opened), forged.data(), Size(forged), key.data(), 16,
+                                     nonce.data(), 16, Ptr(ad), Size(ad), alg);
+            check.Equal(rc, -AUTH_FAIL_ERROR, where + " forged tag");
+        }
+    }
+}
+
+CONFORMANCE_SUITE(Vectors, Salsa20, 5, "Salsa20/20 with 128- and 256-bit keys from block 0",
+                  "eSTREAM verified test vectors (set 1) and the designer's examples: "
+                  "estream/salsa20_verified_subset.txt (the records that start at block 0)",
+                  "CIPHER_StreamBytes CIPHER_StreamInit CIPHER_StreamUpdate CIPHER_StreamFinal") {
+    const std::string file = "estream/salsa20_verified_subset.txt";
+    for (const VectorRecord& r : ReadSet(check, file)) {
+        if (r.Get("COUNTER") != "0000000000000000") continue;  // no counter argument for Salsa20
+        check.Case();
+        const ByteVec key = r.Bytes("KEY"), iv = r.Bytes("IV"), want = r.Bytes("STREAM");
+        const size_t offset = size_t(r.Int("OFFSET"));
+        ByteVec zeros(offset + want.size(), 0), out(zeros.size());
+        int32_t rc = CIPHER_StreamBytes(out.data(), zeros.data(), Size(zeros), key.data(), Size(key), iv.data(), 8, 0,
+                                        OPT_STREAM_SALSA20);
+        check.Equal(rc ? "error" : ToHex(out.data() + offset, want.size()), ToHex(want), Where(file, r) + " bytes");
+        const int32_t h = CIPHER_StreamInit(key.data(), Size(key), iv.data(), 8, 0, OPT_STREAM_SALSA20);
+        for (size_t at = 0; at < zeros.size(); at += 37)
+            CIPHER_StreamUpdate(h, out.data() + at, zeros.data() + at,
+                                int32_t(std::min<size_t>(37, zeros.size() - at)));
+        CIPHER_StreamFinal(h);
+        check.Equal(ToHex(out.data() + offset, want.size()), ToHex(want), Where(file, r) + " stream");
+    }
+}
+
+CONFORMANCE_SUITE(Vectors, Arcfour, 22, "ARCFOUR with 40- and 128-bit keys at key stream offsets up to 4096",
+                  "RFC 6229 section 2 and published short-key examples: rfc/rfc6229_arcfour_subset.txt",
+                  "CIPHER_StreamBytes PC1_Bytes PC1_Hex") {
+    const std::string file = "rfc/rfc6229_arcfour_subset.txt";
+    for (const VectorRecord& r : ReadSet(check, file)) {
+        check.Case();
+        const ByteVec key = r.Bytes("KEY");
+        ByteVec in, want;
+        size_t offset = 0;
+        if (r.Has("KEYSTREAM")) {
+            offset = size_t(r.Int("OFFSET"));
+            want = r.Bytes("KEYSTREAM");
+            in.assign(offset + want.size(), 0);
+        } else {
+            in = r.Bytes("PLAINTEXT");
+            want = r.Bytes("CIPHERTEXT");
+        }
+        ByteVec a(in.size()), b(in.size());
+        int32_t rc =
+            CIPHER_StreamBytes(a.data(), in.data(), Size(in), key.data(), Size(key), nullptr, 0, 0, OPT_STREAM_ARCFOUR);
+        check.Equal(rc ? "error" : ToHex(a.data() + offset, want.size()), ToHex(want), Where(file, r) + " stream");
+        rc = PC1_Bytes(b.data(), in.data(), Size(in), key.data(), Size(key));
+        check.Equal(rc ? "error" : ToHex(b.data() + offset, want.size()), ToHex(want), Where(file, r) + " PC1_Bytes");
+        std::string hex(in.size() * 2 + 1, '\0');
+        rc = PC1_Hex(hex.data(), int32_t(hex.size() - 1), ToHex(in).c_str(), ToHex(key).c_str());
+        check.Equal(rc ? "error" : std::string(hex.c_str() + offset * 2), Upper(ToHex(want)),
+                    Where(file, r) + " PC1_Hex");
+    }
+}

@@ -1,0 +1,287 @@
+// Published digest and XOF vectors: NIST SHAVS and SHA3VS byte and bit sets,
+// SHAKE, the FIPS 202 examples, the RFC and author sets for MD5, MD2 and
+// RIPEMD-160, and the Ascon v1.2 hash and XOF known answers.
+#include <algorithm>
+
+#include "registry.h"
+
+namespace {
+
+struct DigestFile {
+    const char* file;
+    int32_t option;
+};
+
+std::string HexOf(const ByteVec& msg, int32_t option) {
+    char out[129] = {};
+    int32_t n = HASH_HexFromBytes(out, 128, Ptr(msg), Size(msg), option);
+    return n < 0 ? "error " + std::to_string(n) : std::string(out);
+}
+
+std::string BitsHexOf(const ByteVec& msg, int32_t bits, int32_t option) {
+    char out[129] = {};
+    int32_t n = HASH_HexFromBits(out, 128, msg.data(), bits, option);
+    return n < 0 ? "error " + std::to_string(n) : std::string(out);
+}
+
+// The stream calls, fed in pieces whose sizes vary with the record.
+std::string StreamHexOf(const ByteVec& msg, int32_t option, size_t piece) {
+    int32_t h = HASH_Init(option);
+    if (h == 0) return "no handle";
+    for (size_t at = 0; at < msg.size(); at += piece) {
+        int32_t n = int32_t(std::min(piece, msg.size() - at));
+        if (HASH_AddBytes(h, msg.data() + at, n) != 0) return "add failed";
+    }
+    uint8_t out[64];
+    int32_t n = HASH_Final(out, 64, h);
+    return n < 0 ? "error " + std::to_string(n) : ToHex(out, size_t(n));
+}
+
+std::string Sha3StreamHexOf(const ByteVec& msg, int32_t bits, size_t piece) {
+    int32_t h = SHA3_Init(bits);
+    for (size_t at = 0; at < msg.size(); at += piece)
+        SHA3_AddBytes(h, msg.data() + at, int32_t(std::min(piece, msg.size() - at)));
+    char out[129] = {};
+    int32_t n = SHA3_HexDigest(out, 128, h);
+    return n < 0 ? "error " + std::to_string(n) : std::string(out);
+}
+
+// "Len" counts bits; Len = 0 comes with Msg = 00, the empty message.
+ByteVec MessageOf(const VectorRecord& r) {
+    ByteVec msg = r.Bytes("Msg");
+    msg.resize(size_t((r.Int("Len") + 7) / 8));
+    return msg;
+}
+
+void RunByteSet(Checker& check, const DigestFile* files, size_t count, int32_t sha3Bits) {
+    for (size_t i = 0; i < count; ++i) {
+        const DigestFile& f = files[i];
+        for (const VectorRecord& r : ReadSet(check, f.file)) {
+            check.Case();
+            const std::string where = Where(f.file, r), md = r.Get("MD");
+            const ByteVec msg = MessageOf(r);
+            check.Equal(HexOf(msg, f.option), md, where + " HASH_HexFromBytes");
+            char hex[129] = {};
+            int32_t n = HASH_HexFromHex(hex, 128, ToHex(msg).c_str(), f.option);
+            check.Equal(n < 0 ? "error " + std::to_string(n) : std::string(hex), md, where + " HASH_HexFromHex");
+            ByteVec padded = msg;
+            padded.push_back(0);  // the bit call wants a buffer even for 0 bits
+            check.Equal(BitsHexOf(padded, int32_t(r.Int("Len")), f.option), md, where + " HASH_HexFromBits");
+            check.Equal(StreamHexOf(msg, f.option, 1 + size_t(r.line) % 150), md, where + " HASH_ stream");
+            if (sha3Bits) check.Equal(Sha3StreamHexOf(msg, sha3Bits, 1 + size_t(r.line) % 200), md, where + " SHA3_");
+        }
+    }
+}
+
+}  // namespace
+
+CONFORMANCE_SUITE(Vectors, Sha1Sha2Bytes, 901, "SHA-1, SHA-224, SHA-256, SHA-384, SHA-512 (byte-oriented)",
+                  "NIST CAVP SHAVS: nist-cavp/sha/byte/SHA*{Short,Long}Msg.rsp (10 files, complete)",
+                  "HASH_HexFromBytes HASH_HexFromHex HASH_HexFromBits HASH_Init HASH_AddBytes HASH_Final "
+                  "SHA1_BytesHash SHA2_BytesHash SHA1_BytesHexHash SHA2_BytesHexHash SHA1_Init SHA1_AddBytes "
+                  "SHA1_HexDigest SHA2_Init SHA2_AddBytes SHA2_HexDigest") {
+    static const DigestFile files[] = {
+        {"nist-cavp/sha/byte/SHA1ShortMsg.rsp", OPT_HASH_SHA1},
+        {"nist-cavp/sha/byte/SHA1LongMsg.rsp", OPT_HASH_SHA1},
+        {"nist-cavp/sha/byte/SHA224ShortMsg.rsp", OPT_HASH_SHA224},
+        {"nist-cavp/sha/byte/SHA224LongMsg.rsp", OPT_HASH_SHA224},
+        {"nist-cavp/sha/byte/SHA256ShortMsg.rsp", OPT_HASH_SHA256},
+        {"nist-cavp/sha/byte/SHA256LongMsg.rsp", OPT_HASH_SHA256},
+        {"nist-cavp/sha/byte/SHA384ShortMsg.rsp", OPT_HASH_SHA384},
+        {"nist-cavp/sha/byte/SHA384LongMsg.rsp", OPT_HASH_SHA384},
+        {"nist-cavp/sha/byte/SHA512ShortMsg.rsp", OPT_HASH_SHA512},
+        {"nist-cavp/sha/byte/SHA512LongMsg.rsp", OPT_HASH_SHA512},
+    };
+    RunByteSet(check, files, std::size(files), 0);
+    // The SHA1_ and SHA2_ families over the same SHA-1 and SHA-256 sets.
+    for (const DigestFile& f : files) {
+        if (f.option != OPT_HASH_SHA1 && f.option != OPT_HASH_SHA256) continue;
+        const bool sha1 = f.option == OPT_HASH_SHA1;
+        for (const VectorRecord& r : ReadVectorFile(f.file)) {
+            const ByteVec msg = MessageOf(r);
+            uint8_t digest[32];
+            char hex[65] = {};
+            sha1 ? SHA1_BytesHash(digest, Ptr(msg), Size(msg)) : SHA2_BytesHash(digest, Ptr(msg), Size(msg));
+            check.Equal(ToHex(digest, sha1 ? 20 : 32), r.Get("MD"), Where(f.file, r) + " BytesHash");
+            sha1 ? SHA1_BytesHexHash(hex, Ptr(msg), Size(msg)) : SHA2_BytesHexHash(hex, Ptr(msg), Size(msg));
+            check.Equal(std::string(hex), r.Get("MD"), Where(f.file, r) + " BytesHexHash");
+            int32_t h = sha1 ? SHA1_Init() : SHA2_Init();
+            size_t half = msg.size() / 2;
+            sha1 ? SHA1_AddBytes(h, msg.data(), int32_t(half)) : SHA2_AddBytes(h, msg.data(), int32_t(half));
+            sha1 ? SHA1_AddBytes(h, msg.data() + half, int32_t(msg.size() - half))
+                 : SHA2_AddBytes(h, msg.data() + half, int32_t(msg.size() - half));
+            sha1 ? SHA1_HexDigest(hex, h) : SHA2_HexDigest(hex, h);
+            check.Equal(std::string(hex), r.Get("MD"), Where(f.file, r) + " HexDigest");
+        }
+    }
+}
+
+CONFORMANCE_SUITE(Vectors, Sha1Sha2Bits, 3589, "SHA-1, SHA-224, SHA-256, SHA-384, SHA-512 of any bit length",
+                  "NIST CAVP SHAVS bit-oriented: nist-cavp/sha/bit/SHA*ShortMsg.rsp (5 files, complete)",
+                  "HASH_HexFromBits") {
+    static const DigestFile files[] = {
+        {"nist-cavp/sha/bit/SHA1ShortMsg.rsp", OPT_HASH_SHA1},
+        {"nist-cavp/sha/bit/SHA224ShortMsg.rsp", OPT_HASH_SHA224},
+        {"nist-cavp/sha/bit/SHA256ShortMsg.rsp", OPT_HASH_SHA256},
+        {"nist-cavp/sha/bit/SHA384ShortMsg.rsp", OPT_HASH_SHA384},
+        {"nist-cavp/sha/bit/SHA512ShortMsg.rsp", OPT_HASH_SHA512},
+    };
+    for (const DigestFile& f : files) {
+        for (const VectorRecord& r : ReadSet(check, f.file)) {
+            check.Case();
+            ByteVec msg = MessageOf(r);
+            msg.push_back(0);
+            check.Equal(BitsHexOf(msg, int32_t(r.Int("Len")), f.option), r.Get("MD"), Where(f.file, r));
+        }
+    }
+}
+
+CONFORMANCE_SUITE(Vectors, Sha3Bytes, 856, "SHA3-224, SHA3-256, SHA3-384, SHA3-512 (byte-oriented)",
+                  "NIST CAVP SHA3VS: nist-cavp/sha3/SHA3_*{Short,Long}Msg.rsp (8 files, complete)",
+                  "HASH_HexFromBytes HASH_HexFromHex HASH_HexFromBits HASH_Init HASH_AddBytes HASH_Final SHA3_Init "
+                  "SHA3_AddBytes "
+                  "SHA3_HexDigest") {
+    static const struct {
+        DigestFile files[2];
+        int32_t bits;
+    } sets[] = {
+        {{{"nist-cavp/sha3/SHA3_224ShortMsg.rsp", OPT_HASH_SHA3_224},
+          {"nist-cavp/sha3/SHA3_224LongMsg.rsp", OPT_HASH_SHA3_224}},
+         224},
+        {{{"nist-cavp/sha3/SHA3_256ShortMsg.rsp", OPT_HASH_SHA3_256},
+          {"nist-cavp/sha3/SHA3_256LongMsg.rsp", OPT_HASH_SHA3_256}},
+         256},
+        {{{"nist-cavp/sha3/SHA3_384ShortMsg.rsp", OPT_HASH_SHA3_384},
+          {"nist-cavp/sha3/SHA3_384LongMsg.rsp", OPT_HASH_SHA3_384}},
+         384},
+        {{{"nist-cavp/sha3/SHA3_512ShortMsg.rsp", OPT_HASH_SHA3_512},
+          {"nist-cavp/sha3/SHA3_512LongMsg.rsp", OPT_HASH_SHA3_512}},
+         512},
+    };
+    for (const auto& s : sets) RunByteSet(check, s.files, 2, s.bits);
+}
+
+CONFORMANCE_SUITE(Vectors, Sha3Bits, 24, "SHA3-224, SHA3-256, SHA3-384, SHA3-512 of 0, 5, 30, 1600, 1605, 1630 bits",
+                  "NIST FIPS 202 examples: nist-examples/fips202/SHA3TestVectors.txt", "HASH_HexFromBits") {
+    for (const BitSample& s : ReadBitSamples("nist-examples/fips202/SHA3TestVectors.txt")) {
+        check.Case();
+        const int32_t option = s.algorithm == "SHA3-224"   ? OPT_HASH_SHA3_224
+                               : s.algorithm == "SHA3-256" ? OPT_HASH_SHA3_256
+                               : s.algorithm == "SHA3-384" ? OPT_HASH_SHA3_384
+                                                           : OPT_HASH_SHA3_512;
+        check.Equal(BitsHexOf(s.Message(), int32_t(s.bits.size()), option), s.output,
+                    s.algorithm + " of " + std::to_string(s.bits.size()) + " bits");
+    }
+}
+
+CONFORMANCE_SUITE(Vectors, Md5Md2Ripemd160, 22, "MD5, MD2, RIPEMD-160",
+                  "RFC 1321 A.5, RFC 1319 A.5, RIPEMD-160 authors' vectors: rfc/rfc1321_md5.txt, rfc/rfc1319_md2.txt, "
+                  "rfc/ripemd160_vectors.txt",
+                  "HASH_HexFromBytes HASH_HexFromHex HASH_Bytes MD5_BytesHash MD5_BytesHexHash MD5_Init MD5_AddBytes "
+                  "MD5_HexDigest") {
+    static const DigestFile files[] = {{"rfc/rfc1321_md5.txt", OPT_HASH_MD5},
+                                       {"rfc/rfc1319_md2.txt", OPT_HASH_MD2},
+                                       {"rfc/ripemd160_vectors.txt", OPT_HASH_RMD160}};
+    for (const DigestFile& f : files) {
+        for (const VectorRecord& r : ReadSet(check, f.file)) {
+            check.Case();
+            const ByteVec msg = MessageOf(r);
+            const std::string where = Where(f.file, r);
+            check.Equal(HexOf(msg, f.option), r.Get("MD"), where + " HASH_HexFromBytes");
+            char text[41] = {};
+            HASH_HexFromHex(text, 40, ToHex(msg).c_str(), f.option);
+            check.Equal(std::string(text), r.Get("MD"), where + " HASH_HexFromHex");
+            uint8_t out[20];
+            int32_t n = HASH_Bytes(out, 20, Ptr(msg), Size(msg), f.option);
+            check.Equal(n < 0 ? "error" : ToHex(out, size_t(n)), r.Get("MD"), where + " HASH_Bytes");
+            if (f.option != OPT_HASH_MD5) continue;
+            char hex[33] = {};
+            MD5_BytesHexHash(hex, Ptr(msg), Size(msg));
+            check.Equal(std::string(hex), r.Get("MD"), where + " MD5_BytesHexHash");
+            MD5_BytesHash(out, Ptr(msg), Size(msg));
+            check.Equal(ToHex(out, 16), r.Get("MD"), where + " MD5_BytesHash");
+            const int32_t h = MD5_Init();
+            for (size_t at = 0; at < msg.size(); at += 5)
+                MD5_AddBytes(h, msg.data() + at, int32_t(std::min<size_t>(5, msg.size() - at)));
+            MD5_HexDigest(hex, h);
+            check.Equal(std::string(hex), r.Get("MD"), where + " MD5_ stream");
+        }
+    }
+}
+
+CONFORMANCE_SUITE(Vectors, AsconHash, 2050, "Ascon-Hash, Ascon-HashA (v1.2), messages of 0 to 1024 bytes",
+                  "Ascon v1.2 LWC known answers: ascon-v1.2/Ascon-Hash{,A}_v1.2_LWC_HASH_KAT_256.txt (complete)",
+                  "HASH_Bytes HASH_HexFromBytes") {
+    static const DigestFile files[] = {{"ascon-v1.2/Ascon-Hash_v1.2_LWC_HASH_KAT_256.txt", OPT_HASH_ASCON_HASH},
+                                       {"ascon-v1.2/Ascon-HashA_v1.2_LWC_HASH_KAT_256.txt", OPT_HASH_ASCON_HASHA}};
+    for (const DigestFile& f : files) {
+        for (const VectorRecord& r : ReadSet(check, f.file)) {
+            check.Case();
+            const ByteVec msg = r.Bytes("Msg");
+            uint8_t out[32];
+            int32_t n = HASH_Bytes(out, 32, Ptr(msg), Size(msg), f.option);
+            check.Equal(n == 32 ? ToHex(out, 32) : "error", Lower(r.Get("MD")), Where(f.file, r) + " HASH_Bytes");
+            check.Equal(HexOf(msg, f.option), Lower(r.Get("MD")), Where(f.file, r) + " HASH_HexFromBytes");
+        }
+    }
+}
+
+namespace {
+
+// SHAKE through XOF_Bytes and through PRF_Bytes, which ignores key and
+// custom string for these options.
+void CheckShake(Checker& check, int32_t option, const ByteVec& msg, const std::string& want, const std::string& where) {
+    ByteVec out(want.size() / 2);
+    int32_t n = XOF_Bytes(out.data(), Size(out), Ptr(msg), Size(msg), option);
+    check.Equal(n == Size(out) ? ToHex(out) : "error " + std::to_string(n), Lower(want), where + " XOF_Bytes");
+    const uint8_t key[3] = {1, 2, 3};
+    n = PRF_Bytes(out.data(), Size(out), NonNull(msg), Size(msg), key, 3, "ignored", option);
+    check.Equal(n == Size(out) ? ToHex(out) : "error " + std::to_string(n), Lower(want), where + " PRF_Bytes");
+}
+
+}  // namespace
+
+CONFORMANCE_SUITE(Vectors, Shake, 831,
+                  "SHAKE128, SHAKE256: byte-oriented messages, 128/256-bit and variable outputs up to 4096 bits",
+                  "NIST CAVP SHA3VS: nist-cavp/sha3/SHAKE{128,256}{Short,Long}Msg.rsp (complete), "
+                  "SHAKE{128,256}VariableOut_subset.rsp; FIPS 202 examples nist-examples/fips202/SHAKETestVectors.txt "
+                  "(the 0- and 1600-bit messages)",
+                  "XOF_Bytes PRF_Bytes") {
+    for (int32_t option : {OPT_XOF_SHAKE128, OPT_XOF_SHAKE256}) {
+        const std::string bits = option == OPT_XOF_SHAKE128 ? "128" : "256";
+        for (const char* kind : {"ShortMsg", "LongMsg", "VariableOut_subset"}) {
+            const std::string file = "nist-cavp/sha3/SHAKE" + bits + kind + ".rsp";
+            for (const VectorRecord& r : ReadSet(check, file)) {
+                check.Case();
+                ByteVec msg = r.Bytes("Msg");
+                if (r.Has("Len")) msg.resize(size_t(r.Int("Len") / 8));
+                CheckShake(check, option, msg, r.Get("Output"), Where(file, r));
+            }
+        }
+    }
+    // The bit-string examples whose messages are whole bytes.
+    for (const BitSample& s : ReadBitSamples("nist-examples/fips202/SHAKETestVectors.txt")) {
+        if (s.bits.size() % 8 != 0) continue;
+        check.Case();
+        ByteVec msg = s.Message();
+        msg.resize(s.bits.size() / 8);
+        CheckShake(check, s.algorithm == "SHAKE-128" ? OPT_XOF_SHAKE128 : OPT_XOF_SHAKE256, msg, s.output,
+                   s.algorithm + " of " + std::to_string(s.bits.size()) + " bits");
+    }
+}
+
+CONFORMANCE_SUITE(Vectors, AsconXof, 2050, "Ascon-XOF, Ascon-XOFA (v1.2), messages of 0 to 1024 bytes, 32-byte output",
+                  "Ascon v1.2 LWC known answers: ascon-v1.2/Ascon-XOF{,A}_v1.2_LWC_HASH_KAT_256.txt (complete)",
+                  "XOF_Bytes") {
+    for (int32_t option : {OPT_XOF_ASCON_XOF, OPT_XOF_ASCON_XOFA}) {
+        const std::string file = option == OPT_XOF_ASCON_XOF ? "ascon-v1.2/Ascon-XOF_v1.2_LWC_HASH_KAT_256.txt"
+                                                             : "ascon-v1.2/Ascon-XOFA_v1.2_LWC_HASH_KAT_256.txt";
+        for (const VectorRecord& r : ReadSet(check, file)) {
+            check.Case();
+            const ByteVec msg = r.Bytes("Msg");
+            uint8_t out[32];
+            int32_t n = XOF_Bytes(out, 32, Ptr(msg), Size(msg), option);
+            check.Equal(n == 32 ? ToHex(out, 32) : "error " + std::to_string(n), Lower(r.Get("MD")), Where(file, r));
+        }
+    }
+}

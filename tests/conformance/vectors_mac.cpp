@@ -1,0 +1,194 @@
+// Published MAC vectors: NIST HMACVS and CMACVS, the HMAC RFC sets, the
+// SP 800-38B and SP 800-185 examples, RFC 8439 Poly1305. A truncated code in
+// a set is compared with the start of the whole code.
+#include "registry.h"
+
+namespace {
+
+// The family HMAC calls write the whole code as hex.
+using FamilyHmac = int32_t (*)(char*, const unsigned char*, int32_t, const unsigned char*, int32_t);
+using FamilyHmacHex = int32_t (*)(char*, const char*, const char*);
+
+struct Family {
+    FamilyHmac bytes;
+    FamilyHmacHex hex;
+};
+
+void CheckFamily(Checker& check, const Family& f, const ByteVec& key, const ByteVec& msg, const std::string& mac,
+                 const std::string& where) {
+    char out[129] = {};
+    int32_t rc = f.bytes(out, NonNull(msg), Size(msg), NonNull(key), Size(key));
+    check.Equal(rc ? "error" : std::string(out).substr(0, mac.size()), Lower(mac), where + " bytes");
+    rc = f.hex(out, ToHex(msg).c_str(), ToHex(key).c_str());
+    check.Equal(rc ? "error" : std::string(out).substr(0, mac.size()), Lower(mac), where + " hex");
+}
+
+}  // namespace
+
+CONFORMANCE_SUITE(
+    Vectors, HmacFamilies, 546, "HMAC-SHA-1, HMAC-SHA-256, HMAC-MD5 through the digest families",
+    "NIST CAVP HMACVS nist-cavp/hmac/HMAC.rsp ([L=20], [L=32]); RFC 2202 (rfc/rfc2202_hmac_md5_sha1.txt); "
+    "RFC 4231 SHA-256 (rfc/rfc4231_hmac_sha2.txt)",
+    "SHA1_Hmac SHA1_HmacHex SHA2_Hmac SHA2_HmacHex MD5_Hmac MD5_HmacHex") {
+    const Family sha1{SHA1_Hmac, SHA1_HmacHex}, sha256{SHA2_Hmac, SHA2_HmacHex}, md5{MD5_Hmac, MD5_HmacHex};
+    const std::string cavp = "nist-cavp/hmac/HMAC.rsp";
+    for (const VectorRecord& r : ReadSet(check, cavp)) {
+        const std::string l = r.Section("L");
+        if (l != "20" && l != "32") continue;
+        check.Case();
+        CheckFamily(check, l == "20" ? sha1 : sha256, r.Bytes("Key"), r.Bytes("Msg"), r.Get("Mac"), Where(cavp, r));
+    }
+    for (const char* file : {"rfc/rfc2202_hmac_md5_sha1.txt", "rfc/rfc4231_hmac_sha2.txt"}) {
+        for (const VectorRecord& r : ReadSet(check, file)) {
+            const std::string digest = r.section.begin()->first;
+            const Family* f = digest == "MD5"       ? &md5
+                              : digest == "SHA-1"   ? &sha1
+                              : digest == "SHA-256" ? &sha256
+                                                    : nullptr;
+            if (!f) continue;
+            check.Case();
+            CheckFamily(check, *f, r.Bytes("KEY"), r.Bytes("DATA"), r.Get("MAC"), Where(file, r));
+        }
+    }
+}
+
+namespace {
+
+// The MAC_ one-shots cut the code to the capacity given: bytes, hex from
+// bytes, hex from hex. mac is the (possibly truncated) published code.
+void CheckMac(Checker& check, int32_t option, const ByteVec& key, const ByteVec& msg, const std::string& mac,
+              const std::string& where) {
+    const std::string want = Lower(mac);
+    ByteVec out(mac.size() / 2);
+    int32_t n = MAC_Bytes(out.data(), Size(out), Ptr(msg), Size(msg), NonNull(key), Size(key), option);
+    check.Equal(n == Size(out) ? ToHex(out) : "error " + std::to_string(n), want, where + " MAC_Bytes");
+    std::string hex(mac.size() + 1, '\0');
+    n = MAC_HexFromBytes(hex.data(), int32_t(mac.size()), Ptr(msg), Size(msg), NonNull(key), Size(key), option);
+    check.Equal(n == int32_t(mac.size()) ? hex.c_str() : "error " + std::to_string(n), want,
+                where + " MAC_HexFromBytes");
+    n = MAC_HexFromHex(hex.data(), int32_t(mac.size()), ToHex(msg).c_str(), ToHex(key).c_str(), option);
+    check.Equal(n == int32_t(mac.size()) ? hex.c_str() : "error " + std::to_string(n), want, where + " MAC_HexFromHex");
+}
+
+// The HMAC stream, fed in three pieces.
+void CheckMacStream(Checker& check, int32_t option, const ByteVec& key, const ByteVec& msg, const std::string& mac,
+                    const std::string& where) {
+    const int32_t h = MAC_Init(key.data(), Size(key), option);
+    const size_t a = msg.size() / 3, b = msg.size() * 2 / 3;
+    int32_t rc = h ? 0 : -1;
+    if (rc == 0) rc = MAC_AddBytes(h, NonNull(msg), int32_t(a));
+    if (rc == 0) rc = MAC_AddBytes(h, NonNull(msg) + a, int32_t(b - a));
+    if (rc == 0) rc = MAC_AddBytes(h, NonNull(msg) + b, int32_t(msg.size() - b));
+    ByteVec out(mac.size() / 2);
+    if (rc == 0) rc = MAC_Final(out.data(), Size(out), h) == Size(out) ? 0 : -1;
+    check.Equal(rc ? "error" : ToHex(out), Lower(mac), where + " MAC_Init/AddBytes/Final");
+}
+
+int32_t HmacOption(const std::string& digest) {
+    static const std::pair<const char*, int32_t> names[] = {
+        {"SHA-1", OPT_HMAC_SHA1},        {"MD5", OPT_HMAC_MD5},           {"SHA-224", OPT_HMAC_SHA224},
+        {"SHA-256", OPT_HMAC_SHA256},    {"SHA-384", OPT_HMAC_SHA384},    {"SHA-512", OPT_HMAC_SHA512},
+        {"RIPEMD-160", OPT_HMAC_RMD160}, {"SHA3-224", OPT_HMAC_SHA3_224}, {"SHA3-256", OPT_HMAC_SHA3_256},
+        {"SHA3-384", OPT_HMAC_SHA3_384}, {"SHA3-512", OPT_HMAC_SHA3_512}};
+    for (const auto& n : names)
+        if (digest == n.first) return n.second;
+    return -1;
+}
+
+}  // namespace
+
+CONFORMANCE_SUITE(Vectors, Hmac, 1636,
+                  "HMAC over SHA-1, SHA-224, SHA-256, SHA-384, SHA-512, SHA3-224/256/384/512, MD5, RIPEMD-160; keys "
+                  "shorter than, equal to and longer than the block; truncated codes",
+                  "NIST CAVP HMACVS nist-cavp/hmac/HMAC.rsp (complete); RFC 2202, RFC 4231, RFC 2286 "
+                  "(rfc/rfc2202_hmac_md5_sha1.txt, rfc4231_hmac_sha2.txt, rfc2286_hmac_rmd160.txt); HMAC-SHA-3 "
+                  "examples computed independently (rfc/hmac_sha3_examples.txt)",
+                  "MAC_Bytes MAC_HexFromBytes MAC_HexFromHex MAC_Init MAC_AddBytes MAC_Final") {
+    const std::string cavp = "nist-cavp/hmac/HMAC.rsp";
+    for (const VectorRecord& r : ReadSet(check, cavp)) {
+        check.Case();
+        const std::string l = r.Section("L");
+        const int32_t option = l == "20"   ? OPT_HMAC_SHA1
+                               : l == "28" ? OPT_HMAC_SHA224
+                               : l == "32" ? OPT_HMAC_SHA256
+                               : l == "48" ? OPT_HMAC_SHA384
+                                           : OPT_HMAC_SHA512;
+        CheckMac(check, option, r.Bytes("Key"), r.Bytes("Msg"), r.Get("Mac"), Where(cavp, r));
+        CheckMacStream(check, option, r.Bytes("Key"), r.Bytes("Msg"), r.Get("Mac"), Where(cavp, r));
+    }
+    for (const char* file : {"rfc/rfc2202_hmac_md5_sha1.txt", "rfc/rfc4231_hmac_sha2.txt",
+                             "rfc/rfc2286_hmac_rmd160.txt", "rfc/hmac_sha3_examples.txt"}) {
+        for (const VectorRecord& r : ReadSet(check, file)) {
+            check.Case();
+            const int32_t option = HmacOption(r.section.begin()->first);
+            CheckMac(check, option, r.Bytes("KEY"), r.Bytes("DATA"), r.Get("MAC"), Where(file, r));
+            if (option != OPT_HMAC_MD5 && option != OPT_HMAC_RMD160)
+                CheckMacStream(check, option, r.Bytes("KEY"), r.Bytes("DATA"), r.Get("MAC"), Where(file, r));
+        }
+    }
+}
+
+CONFORMANCE_SUITE(Vectors, Cmac, 452, "CMAC over AES-128, AES-192, AES-256 and three-key Triple DES, truncated tags",
+                  "NIST CAVP CMACVS nist-cavp/cmac/CMACGen{AES128,AES192,AES256,TDES3}.rsp (complete, messages up "
+                  "to 65536 bytes); SP 800-38B examples (parsed/cmac_examples_sp800-38b.txt)",
+                  "MAC_Bytes MAC_HexFromBytes MAC_HexFromHex") {
+    const struct {
+        const char* file;
+        int32_t option;
+    } sets[] = {{"nist-cavp/cmac/CMACGenAES128.rsp", OPT_CMAC_AES128},
+                {"nist-cavp/cmac/CMACGenAES192.rsp", OPT_CMAC_AES192},
+                {"nist-cavp/cmac/CMACGenAES256.rsp", OPT_CMAC_AES256},
+                {"nist-cavp/cmac/CMACGenTDES3.rsp", OPT_CMAC_TDEA}};
+    for (const auto& s : sets) {
+        for (const VectorRecord& r : ReadSet(check, s.file)) {
+            check.Case();
+            ByteVec key = r.Bytes("Key"), msg = r.Bytes("Msg");
+            for (const char* part : {"Key1", "Key2", "Key3"}) {
+                const ByteVec k = r.Bytes(part);
+                key.insert(key.end(), k.begin(), k.end());
+            }
+            msg.resize(size_t(r.Int("Mlen")));  // Mlen = 0 comes with Msg = 00
+            CheckMac(check, s.option, key, msg, r.Get("Mac"), Where(s.file, r));
+        }
+    }
+    const std::string examples = "parsed/cmac_examples_sp800-38b.txt";
+    for (const VectorRecord& r : ReadSet(check, examples)) {
+        check.Case();
+        const std::string cipher = r.section.begin()->first;
+        const int32_t option = cipher == "AES128"   ? OPT_CMAC_AES128
+                               : cipher == "AES192" ? OPT_CMAC_AES192
+                               : cipher == "AES256" ? OPT_CMAC_AES256
+                                                    : OPT_CMAC_TDEA;
+        CheckMac(check, option, r.Bytes("KEY"), r.Bytes("MSG"), r.Get("TAG"), Where(examples, r));
+    }
+}
+
+CONFORMANCE_SUITE(Vectors, Poly1305, 12, "Poly1305 one-time authenticator, including the carry and limit cases",
+                  "RFC 8439 sections 2.5.2 and A.3: rfc/rfc8439_chacha20_poly1305.txt",
+                  "MAC_Bytes MAC_HexFromBytes MAC_HexFromHex") {
+    const std::string file = "rfc/rfc8439_chacha20_poly1305.txt";
+    for (const VectorRecord& r : ReadSet(check, file)) {
+        if (!r.section.count("Poly1305")) continue;
+        check.Case();
+        CheckMac(check, OPT_MAC_POLY1305, r.Bytes("KEY"), r.Bytes("MSG"), r.Get("TAG"),
+                 Where(file, r) + " " + r.Get("SOURCE"));
+    }
+}
+
+CONFORMANCE_SUITE(Vectors, Kmac, 6, "KMAC128, KMAC256 with and without a customisation string",
+                  "NIST SP 800-185 KMAC samples 1-6 (parsed/kmac_samples_sp800-185.txt)", "PRF_Bytes MAC_Bytes") {
+    const std::string file = "parsed/kmac_samples_sp800-185.txt";
+    for (const VectorRecord& r : ReadSet(check, file)) {
+        check.Case();
+        const bool k128 = r.section.count("KMAC128") != 0;
+        const ByteVec key = r.Bytes("KEY"), data = r.Bytes("DATA");
+        ByteVec out(size_t(r.Int("L") / 8));
+        int32_t n = PRF_Bytes(out.data(), Size(out), NonNull(data), Size(data), key.data(), Size(key),
+                              r.Get("S").c_str(), k128 ? OPT_KMAC_128 : OPT_KMAC_256);
+        check.Equal(n == Size(out) ? ToHex(out) : "error " + std::to_string(n), Lower(r.Get("OUTPUT")),
+                    Where(file, r) + " PRF_Bytes");
+        // The MAC_ numbers are KMAC with no customisation at its own length.
+        if (r.Get("S").empty())
+            CheckMac(check, k128 ? OPT_KMAC_128 : OPT_KMAC_256, key, data, r.Get("OUTPUT"), Where(file, r));
+    }
+}
