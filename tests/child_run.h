@@ -4,6 +4,7 @@
 // directory, and standard error is sent to a file there.
 #pragma once
 #include <fcntl.h>
+#include <signal.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -27,8 +28,10 @@ inline std::string ReadWholeFile(const std::string& path) {
     return s.str();
 }
 
-// body's result is the child's exit status.
-inline ChildOutcome RunInChild(const std::function<int()>& body) {
+namespace child_run_detail {
+// stdinMode: 0 leaves standard input as it is, 1 closes it, 2 feeds text.
+inline ChildOutcome Run(const std::function<int()>& body, int stdinMode, const std::string& text,
+                        bool captureStdout) {
     ChildOutcome outcome;
     char dir[] = "/tmp/verimond_childXXXXXX";
     if (mkdtemp(dir) == nullptr) return outcome;
@@ -37,13 +40,29 @@ inline ChildOutcome RunInChild(const std::function<int()>& body) {
         std::ofstream options(base + "/options");
         options << "ErrorLogDir=" << base << "\n";
     }
+    int in[2] = {-1, -1};
+    if (stdinMode == 2 && pipe(in) != 0) return outcome;
     std::fflush(nullptr);
     pid_t child = fork();
     if (child == 0) {
         setenv("VERIMOND_OPTIONS", (base + "/options").c_str(), 1);
         int fd = open((base + "/stderr").c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
         if (fd < 0 || dup2(fd, 2) < 0) _exit(99);
-        _exit(body());
+        if (captureStdout && dup2(fd, 1) < 0) _exit(99);
+        if (stdinMode == 1) close(0);
+        if (stdinMode == 2) {
+            dup2(in[0], 0);
+            close(in[1]);
+        }
+        int code = body();
+        std::fflush(nullptr);
+        _exit(code);
+    }
+    if (stdinMode == 2) {
+        signal(SIGPIPE, SIG_IGN);  // the child may stop reading early
+        close(in[0]);
+        (void)!write(in[1], text.data(), text.size());
+        close(in[1]);
     }
     int status = 0;
     if (child > 0 && waitpid(child, &status, 0) == child && WIFEXITED(status)) {
@@ -54,4 +73,17 @@ inline ChildOutcome RunInChild(const std::function<int()>& body) {
     for (const char* name : {"/options", "/stderr", "/apierr.log"}) unlink((base + name).c_str());
     rmdir(dir);
     return outcome;
+}
+}  // namespace child_run_detail
+
+// body's result is the child's exit status.
+inline ChildOutcome RunInChild(const std::function<int()>& body) {
+    return child_run_detail::Run(body, 0, "", false);
+}
+
+// For code that reads the console: stdinText null closes standard input,
+// otherwise the child reads the text and then end of input. Standard output
+// joins standard error in console.
+inline ChildOutcome RunInChildWithInput(const std::string* stdinText, const std::function<int()>& body) {
+    return child_run_detail::Run(body, stdinText == nullptr ? 1 : 2, stdinText == nullptr ? "" : *stdinText, true);
 }

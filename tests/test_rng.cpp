@@ -12,7 +12,7 @@
 #include <sstream>
 #include <thread>
 
-#include "child_process.h"
+#include "child_run.h"
 #include "vector_reader.h"
 
 namespace {
@@ -191,7 +191,7 @@ TEST(RngSeedFile, EdgeCases) {
     TempDir dir;
     const std::string made = dir.File("made"), fifo = dir.File("fifo");
     // Making a seed file prompts, so standard input is closed here.
-    ASSERT_EQ(RunInChild(nullptr, [&] { return -RNG_MakeSeedFile(made.c_str(), nullptr, 0); }).exitCode, 0);
+    ASSERT_EQ(RunInChildWithInput(nullptr, [&] { return -RNG_MakeSeedFile(made.c_str(), nullptr, 0); }).exitStatus, 0);
     struct stat info;
     ASSERT_EQ(stat(made.c_str(), &info), 0);
     EXPECT_EQ(info.st_size, 128);
@@ -234,7 +234,7 @@ TEST(RngSeedFile, EdgeCases) {
     EXPECT_EQ(RNG_UpdateSeedFile(nullptr, 0), -BAD_PARAM_ERROR);
     EXPECT_EQ(RNG_UpdateSeedFile(dir.path.c_str(), 0), -PRNG_ERR_FILE_OPEN);
     EXPECT_EQ(RNG_MakeSeedFile("", "refused before any prompt", 0), -BAD_PARAM_ERROR);
-    EXPECT_EQ(RunInChild(nullptr, [&] { return -RNG_MakeSeedFile(dir.path.c_str(), nullptr, 0); }).exitCode,
+    EXPECT_EQ(RunInChildWithInput(nullptr, [&] { return -RNG_MakeSeedFile(dir.path.c_str(), nullptr, 0); }).exitStatus,
               PRNG_ERR_FILE_CREATE);
 }
 
@@ -257,23 +257,23 @@ TEST(RngPrompt, PipedAndClosedInput) {
         {nullptr, nullptr, 0, 1, kDefault},
     };
     for (const auto& c : cases) {
-        ChildResult r = RunInChild(c.input, [&] {
+        ChildOutcome r = RunInChildWithInput(c.input, [&] {
             char hex[65];
             int32_t result = RNG_HexWithPrompt(hex, 64, 32, c.prompt, c.options);
             return result == 0 && std::strlen(hex) == 64 ? 0 : 1;
         });
-        EXPECT_EQ(r.exitCode, 0) << r.output.substr(0, 200);
-        EXPECT_EQ(r.output.rfind(c.start, 0), 0u) << r.output.substr(0, 40);
-        EXPECT_EQ(size_t(std::count(r.output.begin(), r.output.end(), '\r')), c.progressLines) << c.options;
-        EXPECT_EQ(r.output.find("\r100%"), std::string::npos);
-        EXPECT_EQ(r.output.back(), '\n');
+        EXPECT_EQ(r.exitStatus, 0) << r.console.substr(0, 200);
+        EXPECT_EQ(r.console.rfind(c.start, 0), 0u) << r.console.substr(0, 40);
+        EXPECT_EQ(size_t(std::count(r.console.begin(), r.console.end(), '\r')), c.progressLines) << c.options;
+        EXPECT_EQ(r.console.find("\r100%"), std::string::npos);
+        EXPECT_EQ(r.console.back(), '\n');
     }
-    ChildResult refused = RunInChild(nullptr, [] {
+    ChildOutcome refused = RunInChildWithInput(nullptr, [] {
         uint8_t buf[8];
         return RNG_BytesWithPrompt(nullptr, 8, nullptr, 0) + RNG_BytesWithPrompt(buf, 65537, nullptr, 0);
     });
-    EXPECT_EQ(refused.exitCode, BAD_PARAM_ERROR + PRNG_ERR_TOOBIG);
-    EXPECT_EQ(refused.output, "");  // refused before any prompt
+    EXPECT_EQ(refused.exitStatus, BAD_PARAM_ERROR + PRNG_ERR_TOOBIG);
+    EXPECT_EQ(refused.console, "");  // refused before any prompt
 }
 
 TEST(RngTest, ReportAndResults) {
@@ -302,11 +302,11 @@ TEST(RngInitialize, HardwareAnswerAndSwitchOff) {
     const int32_t r = RNG_Initialize(nullptr, 0);
     EXPECT_TRUE(intel ? (r >= 1 && r <= 3) || r == -PRNG_ERR_NOTAVAIL : r == -PRNG_ERR_NOTAVAIL) << r;
     // The switch holds for every thread for the rest of the process: try it in a child.
-    ChildResult child = RunInChild(nullptr, [] {
+    ChildOutcome child = RunInChildWithInput(nullptr, [] {
         int32_t first = RNG_Initialize("", OPT_RNG_NO_INTEL_DRBG), later = 0;
         std::thread([&] { later = RNG_Initialize(nullptr, 0); }).join();
         uint8_t buf[1];
         return first == -PRNG_ERR_NOTAVAIL && later == first && RNG_KeyBytes(buf, 0, nullptr, 0) == 0 ? 0 : 1;
     });
-    EXPECT_EQ(child.exitCode, 0);
+    EXPECT_EQ(child.exitStatus, 0);
 }

@@ -8,7 +8,7 @@
 #include <cstring>
 #include <vector>
 
-#include "child_process.h"
+#include "child_run.h"
 #include "digest/sha512.h"
 #include "frame/frame.h"
 #include "rng/drbg.h"
@@ -166,7 +166,7 @@ TEST(DrbgGenerate, FailedGeneratorEndsTheProcessWithAReport) {
     ASSERT_NE(mkdtemp(dir), nullptr);
     const std::string options = std::string(dir) + "/options", log = std::string(dir) + "/apierr.log";
     std::ofstream(options) << "ErrorLogDir=" << dir << "\n";
-    ChildResult r = RunInChild(nullptr, [&] {
+    ChildOutcome r = RunInChildWithInput(nullptr, [&] {
         setenv("VERIMOND_OPTIONS", options.c_str(), 1);
         uint8_t buf[16];
         if (RNG_NonceData(buf, 16) != 0) return 10;
@@ -174,8 +174,8 @@ TEST(DrbgGenerate, FailedGeneratorEndsTheProcessWithAReport) {
         RNG_KeyBytes(buf, 0, nullptr, 0);
         return 20;  // not reached
     });
-    EXPECT_EQ(r.exitCode, 1);
-    EXPECT_NE(r.output.find("Verimond: RNG failed continuous testing\n"), std::string::npos) << r.output;
+    EXPECT_EQ(r.exitStatus, 1);
+    EXPECT_NE(r.console.find("Verimond: RNG failed continuous testing\n"), std::string::npos) << r.console;
     EXPECT_NE(ReadAll(log).find("(c0001f48) RNG failed continuous testing"), std::string::npos);
     unlink(options.c_str());
     unlink(log.c_str());
