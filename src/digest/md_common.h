@@ -1,10 +1,15 @@
 // The buffer-and-count update shared by the 64-byte-block cores whose
 // buffered length is derived from a 32+32-bit bit count.
 #pragma once
+#include <cstddef>
 #include <cstdint>
 #include <cstring>
 
-template <typename Context, void (*Compress)(uint32_t*, const uint8_t*)>
+// Whole blocks go to CompressBlocks straight from the input in one call; the
+// last of them is then copied into the block buffer, so that the record ends
+// as it would had every block passed through the buffer.
+template <typename Context, void (*Compress)(uint32_t*, const uint8_t*),
+          void (*CompressBlocks)(uint32_t*, const uint8_t*, size_t)>
 inline void MdUpdate64(Context* ctx, const uint8_t* data, uint32_t length) {
     if (length == 0) return;
     uint32_t buffered = (ctx->countLow >> 3) & 63;
@@ -23,13 +28,20 @@ inline void MdUpdate64(Context* ctx, const uint8_t* data, uint32_t length) {
         data += room;
         length -= room;
     }
-    while (length >= 64) {
-        std::memcpy(ctx->block, data, 64);
-        Compress(ctx->h, ctx->block);
-        data += 64;
-        length -= 64;
+    size_t blocks = length / 64;
+    if (blocks != 0) {
+        CompressBlocks(ctx->h, data, blocks);
+        std::memcpy(ctx->block, data + 64 * (blocks - 1), 64);
+        data += 64 * blocks;
+        length -= uint32_t(64 * blocks);
     }
     if (length != 0) std::memcpy(ctx->block, data, length);
+}
+
+// The portable way to take many blocks: one after the other.
+template <void (*Compress)(uint32_t*, const uint8_t*)>
+inline void CompressEach(uint32_t* h, const uint8_t* data, size_t blocks) {
+    for (; blocks != 0; --blocks, data += 64) Compress(h, data);
 }
 
 // Pads the block buffer (0x80, zeros, the 64-bit count big- or little-endian

@@ -69,7 +69,7 @@ void Ripemd160Compress(uint32_t h[5], const uint8_t* block) {
 }
 
 void Ripemd160Update(Ripemd160Context* ctx, const uint8_t* data, uint32_t length) {
-    MdUpdate64<Ripemd160Context, Ripemd160Compress>(ctx, data, length);
+    MdUpdate64<Ripemd160Context, Ripemd160Compress, CompressEach<Ripemd160Compress>>(ctx, data, length);
 }
 
 void Ripemd160Final(uint8_t* output, Ripemd160Context* ctx) {

@@ -2,10 +2,13 @@
 // indexes. The record is the caller's; nothing here allocates.
 #include "digest/sha1.h"
 
+#include "digest/digest_x86.h"
 #include "digest/md_common.h"
 #include "util/bytes.h"
+#include "util/cpu.h"
 
-void Sha1Compress(uint32_t h[5], const uint8_t* block) {
+namespace {
+void CompressPortable(uint32_t h[5], const uint8_t* block) {
     uint32_t w[80];
     for (int i = 0; i < 16; ++i) w[i] = Load32Be(block + 4 * i);
     for (int i = 16; i < 80; ++i) w[i] = Rotl32(w[i - 3] ^ w[i - 8] ^ w[i - 14] ^ w[i - 16], 1);
@@ -38,6 +41,21 @@ void Sha1Compress(uint32_t h[5], const uint8_t* block) {
     h[3] += d;
     h[4] += e;
 }
+}  // namespace
+
+void Sha1BlocksPortable(uint32_t h[5], const uint8_t* data, size_t blocks) {
+    for (; blocks != 0; --blocks, data += 64) CompressPortable(h, data);
+}
+
+void Sha1CompressBlocks(uint32_t h[5], const uint8_t* data, size_t blocks) {
+    if (g_cpu.shani && g_cpu.sse41) {
+        Sha1BlocksShaNi(h, data, blocks);
+        return;
+    }
+    Sha1BlocksPortable(h, data, blocks);
+}
+
+void Sha1Compress(uint32_t h[5], const uint8_t* block) { Sha1CompressBlocks(h, block, 1); }
 
 void Sha1Start(Sha1Context* ctx) {
     ctx->h[0] = 0x67452301u;
@@ -50,7 +68,7 @@ void Sha1Start(Sha1Context* ctx) {
 }
 
 void Sha1Update(Sha1Context* ctx, const uint8_t* data, uint32_t length) {
-    MdUpdate64<Sha1Context, Sha1Compress>(ctx, data, length);
+    MdUpdate64<Sha1Context, Sha1Compress, Sha1CompressBlocks>(ctx, data, length);
 }
 
 void Sha1Final(uint8_t* output, Sha1Context* ctx) {

@@ -1,8 +1,10 @@
 // SHA-256 and SHA-224, FIPS 180-4. Portable core.
 #include "digest/sha256.h"
 
+#include "digest/digest_x86.h"
 #include "digest/md_common.h"
 #include "util/bytes.h"
+#include "util/cpu.h"
 #include "util/wipe.h"
 
 namespace {
@@ -18,7 +20,8 @@ constexpr uint32_t kK[64] = {
 };
 }  // namespace
 
-void Sha256Compress(uint32_t h[8], const uint8_t* block) {
+namespace {
+void CompressPortable(uint32_t h[8], const uint8_t* block) {
     uint32_t w[64];
     for (int i = 0; i < 16; ++i) w[i] = Load32Be(block + 4 * i);
     for (int i = 16; i < 64; ++i) {
@@ -49,6 +52,21 @@ void Sha256Compress(uint32_t h[8], const uint8_t* block) {
     h[6] += g;
     h[7] += hh;
 }
+}  // namespace
+
+void Sha256BlocksPortable(uint32_t h[8], const uint8_t* data, size_t blocks) {
+    for (; blocks != 0; --blocks, data += 64) CompressPortable(h, data);
+}
+
+void Sha256CompressBlocks(uint32_t h[8], const uint8_t* data, size_t blocks) {
+    if (g_cpu.shani && g_cpu.sse41) {
+        Sha256BlocksShaNi(h, data, blocks);
+        return;
+    }
+    Sha256BlocksPortable(h, data, blocks);
+}
+
+void Sha256Compress(uint32_t h[8], const uint8_t* block) { Sha256CompressBlocks(h, block, 1); }
 
 void Sha256Start(Sha256Context* ctx) {
     static constexpr uint32_t kStart[8] = {0x6a09e667, 0xbb67ae85, 0x3c6ef372, 0xa54ff53a,
@@ -68,7 +86,7 @@ void Sha224Start(Sha256Context* ctx) {
 }
 
 void Sha256Update(Sha256Context* ctx, const uint8_t* data, uint32_t length) {
-    MdUpdate64<Sha256Context, Sha256Compress>(ctx, data, length);
+    MdUpdate64<Sha256Context, Sha256Compress, Sha256CompressBlocks>(ctx, data, length);
 }
 
 void Sha256Final(uint8_t* output, Sha256Context* ctx) {

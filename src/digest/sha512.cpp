@@ -4,7 +4,9 @@
 
 #include <cstring>
 
+#include "digest/digest_x86.h"
 #include "util/bytes.h"
+#include "util/cpu.h"
 #include "util/wipe.h"
 
 namespace {
@@ -28,7 +30,8 @@ constexpr uint64_t kK[80] = {
 };
 }  // namespace
 
-void Sha512Compress(uint64_t h[8], const uint8_t* block) {
+namespace {
+void CompressPortable(uint64_t h[8], const uint8_t* block) {
     uint64_t w[16];
     for (int i = 0; i < 16; ++i) w[i] = Load64Be(block + 8 * i);
     uint64_t a = h[0], b = h[1], c = h[2], d = h[3], e = h[4], f = h[5], g = h[6], hh = h[7];
@@ -63,6 +66,21 @@ void Sha512Compress(uint64_t h[8], const uint8_t* block) {
     h[6] += g;
     h[7] += hh;
 }
+}  // namespace
+
+void Sha512BlocksPortable(uint64_t h[8], const uint8_t* data, size_t blocks) {
+    for (; blocks != 0; --blocks, data += 128) CompressPortable(h, data);
+}
+
+void Sha512CompressBlocks(uint64_t h[8], const uint8_t* data, size_t blocks) {
+    if (g_cpu.avx2 && g_cpu.bmi2) {
+        Sha512BlocksAvx2(h, data, blocks);
+        return;
+    }
+    Sha512BlocksPortable(h, data, blocks);
+}
+
+void Sha512Compress(uint64_t h[8], const uint8_t* block) { Sha512CompressBlocks(h, block, 1); }
 
 void Sha512Start(Sha512Context* ctx) {
     static constexpr uint64_t kStart[8] = {0x6a09e667f3bcc908, 0xbb67ae8584caa73b, 0x3c6ef372fe94f82b,
@@ -101,11 +119,14 @@ void Sha512Update(Sha512Context* ctx, const uint8_t* data, uint32_t length) {
         data += room;
         length -= room;
     }
-    while (length >= 128) {
-        std::memcpy(ctx->block, data, 128);
-        Sha512Compress(ctx->h, ctx->block);
-        data += 128;
-        length -= 128;
+    // Whole blocks straight from the input; the last one is then left in the
+    // buffer, as if each had passed through it.
+    size_t blocks = length / 128;
+    if (blocks != 0) {
+        Sha512CompressBlocks(ctx->h, data, blocks);
+        std::memcpy(ctx->block, data + 128 * (blocks - 1), 128);
+        data += 128 * blocks;
+        length -= uint32_t(128 * blocks);
     }
     if (length != 0) std::memcpy(ctx->block, data, length);
 }

@@ -1,5 +1,6 @@
 // SHA-512 and SHA-384 (FIPS 180-4): one core, two start routines.
 #pragma once
+#include <cstddef>
 #include <cstdint>
 
 struct Sha512Context {
@@ -17,4 +18,10 @@ void Sha512Update(Sha512Context* ctx, const uint8_t* data, uint32_t length);
 int Sha512Final(uint8_t* output, Sha512Context* ctx);
 // 48 bytes through a wiped stack buffer; returns 48.
 int Sha384Final(uint8_t* output, Sha512Context* ctx);
+// One 128-byte block into the chaining words, on the fastest path the
+// processor offers.
 void Sha512Compress(uint64_t h[8], const uint8_t* block);
+// Whole blocks straight from data, likewise.
+void Sha512CompressBlocks(uint64_t h[8], const uint8_t* data, size_t blocks);
+// The portable form, always available; the reference for the fast paths.
+void Sha512BlocksPortable(uint64_t h[8], const uint8_t* data, size_t blocks);
