@@ -165,34 +165,65 @@ SHA512_TARGET void RoundsScheduling(uint64_t state[8], const uint64_t* wk, __m25
     state[7] += h;
 }
 
+// One block on its own, its schedule woven into its own rounds: the words
+// of each step are made eight rounds ahead of their use.
+SHA512_TARGET void OneBlock(uint64_t state[8], const uint8_t* block) {
+    alignas(32) __m256i table[40];
+    const uint64_t* wk = reinterpret_cast<const uint64_t*>(table);
+    uint64_t a = state[0], b = state[1], c = state[2], d = state[3];
+    uint64_t e = state[4], f = state[5], g = state[6], h = state[7];
+    __m256i x[8];
+    FourSteps<0>(table, x, block, block);
+    FourSteps<4>(table, x, block, block);
+    EIGHT_ROUNDS(0);
+    FourSteps<8>(table, x, block, block);
+    EIGHT_ROUNDS(8);
+    FourSteps<12>(table, x, block, block);
+    EIGHT_ROUNDS(16);
+    FourSteps<16>(table, x, block, block);
+    EIGHT_ROUNDS(24);
+    FourSteps<20>(table, x, block, block);
+    EIGHT_ROUNDS(32);
+    FourSteps<24>(table, x, block, block);
+    EIGHT_ROUNDS(40);
+    FourSteps<28>(table, x, block, block);
+    EIGHT_ROUNDS(48);
+    FourSteps<32>(table, x, block, block);
+    EIGHT_ROUNDS(56);
+    FourSteps<36>(table, x, block, block);
+    EIGHT_ROUNDS(64);
+    EIGHT_ROUNDS(72);
+    state[0] += a;
+    state[1] += b;
+    state[2] += c;
+    state[3] += d;
+    state[4] += e;
+    state[5] += f;
+    state[6] += g;
+    state[7] += h;
+}
+
 #undef EIGHT_ROUNDS
 #undef ROUND
 }  // namespace
 
 SHA512_TARGET void Sha512BlocksAvx2(uint64_t h[8], const uint8_t* data, size_t blocks) {
+    if (blocks == 1) {
+        OneBlock(h, data);
+        return;
+    }
     alignas(32) __m256i tables[2][40];
     int current = 0;
-    ScheduleTwo(tables[0], data, blocks >= 2 ? data + 128 : data);
-    while (blocks != 0) {
+    if (blocks >= 2) ScheduleTwo(tables[0], data, data + 128);
+    for (; blocks >= 2; blocks -= 2, data += 256, current ^= 1) {
         const uint64_t* words = reinterpret_cast<const uint64_t*>(tables[current]);
-        if (blocks == 1) {
-            Rounds(h, words);
-            break;
-        }
         // A pair is scheduled; while its first block runs, schedule the next.
         const uint8_t* next = data + 256;
-        if (blocks >= 4) {
-            RoundsScheduling(h, words, tables[current ^ 1], next, next + 128);
-        } else if (blocks == 3) {
-            RoundsScheduling(h, words, tables[current ^ 1], next, next);
-        } else {
-            Rounds(h, words);
-        }
+        if (blocks >= 4) RoundsScheduling(h, words, tables[current ^ 1], next, next + 128);
+        else Rounds(h, words);
         Rounds(h, words + 2);
-        current ^= 1;
-        data = next;
-        blocks -= 2;
     }
+    if (blocks != 0) OneBlock(h, data);
     // The tables are left as the portable core leaves its schedule: the
     // owner of the data wipes what is secret.
 }

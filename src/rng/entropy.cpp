@@ -32,44 +32,86 @@ struct PoolGuard {
     }
 };
 
-// Appends bytes to a shared running hash. The buffer position is read once
-// and masked, so a racing writer can change values but never the bounds.
+// Copies up to 32 bytes in a few word moves. A generic copy of a few bytes
+// (a call, or a string move, which the compiler likes to make of any copy
+// loop) would cost more than the rest of the stir.
+inline void CopySmall(uint8_t* to, const uint8_t* from, uint32_t n) {
+    if (n >= 8) {
+        for (uint32_t i = 0; i + 8 < n; i += 8) {
+            std::memcpy(to + i, from + i, 8);
+            __asm__("" : "+r"(i));  // keeps the loop a loop
+        }
+        std::memcpy(to + n - 8, from + n - 8, 8);
+    } else if (n >= 4) {
+        std::memcpy(to, from, 4);
+        std::memcpy(to + n - 4, from + n - 4, 4);
+    } else {
+        for (uint32_t i = 0; i < n; ++i) to[i] = from[i];
+    }
+}
+
+// Appends bytes to a shared running hash, a run at a time up to the end of
+// its block. The buffer position is read once per run and masked, so a
+// racing writer can change values but never the bounds.
 void PoolAbsorb(EntropyPool* pool, const uint8_t* data, uint32_t length) {
     Sha512Context* ctx = &pool->hash;
-    for (uint32_t i = 0; i < length; ++i) {
+    StoreRelaxed(&pool->byteCount, LoadRelaxed(&pool->byteCount) + length);
+    while (length != 0) {
         uint64_t bits = LoadRelaxed(&ctx->countLow);
         uint32_t at = uint32_t(bits >> 3) & 127;
-        ctx->block[at] = data[i];
-        StoreRelaxed(&ctx->countLow, bits + 8);
-        if (at == 127) Sha512Compress(ctx->h, ctx->block);
+        uint32_t run = length < 128 - at ? length : 128 - at;
+        CopySmall(ctx->block + at, data, run);
+        StoreRelaxed(&ctx->countLow, bits + 8 * uint64_t(run));
+        if (at + run == 128) Sha512Compress(ctx->h, ctx->block);
+        data += run;
+        length -= run;
     }
-    StoreRelaxed(&pool->byteCount, LoadRelaxed(&pool->byteCount) + length);
 }
 
 constexpr uint64_t kCrc64Poly = 0xD000000000000001ull;
 
+constexpr uint64_t Crc64Step(uint64_t r, uint8_t byte) {
+    r ^= byte;
+    for (int bit = 0; bit < 8; ++bit) r = (r >> 1) ^ ((r & 1) ? kCrc64Poly : 0);
+    return r;
+}
+
 constexpr std::array<uint64_t, 256> MakeCrc64Table() {
     std::array<uint64_t, 256> table{};
-    for (uint32_t i = 0; i < 256; ++i) {
-        uint64_t r = i;
-        for (int bit = 0; bit < 8; ++bit) r = (r >> 1) ^ ((r & 1) ? kCrc64Poly : 0);
-        table[i] = r;
-    }
+    for (uint32_t i = 0; i < 256; ++i) table[i] = Crc64Step(0, uint8_t(i));
     return table;
 }
 constexpr std::array<uint64_t, 256> kCrc64Table = MakeCrc64Table();
 
-void AddTimeEvents(EntropyPools* pools) {
-    uint32_t low = uint32_t(SystemTime100ns());
+// The CRC is linear, so the CRC of a 32-byte record whose first eight bytes
+// are a word and the rest zero is the exclusive-or of one entry per nibble
+// of the word: entry [k][v] is the CRC of such a record with nibble k = v.
+constexpr std::array<std::array<uint64_t, 16>, 16> MakeWordNibbleTable() {
+    std::array<std::array<uint64_t, 16>, 16> table{};
+    for (int k = 0; k < 16; ++k) {
+        for (uint32_t v = 0; v < 16; ++v) {
+            uint64_t r = 0;
+            for (int i = 0; i < 32; ++i) {
+                uint8_t byte = i == k / 2 ? uint8_t(v << (4 * (k % 2))) : 0;
+                r = (r >> 8) ^ kCrc64Table[(r ^ byte) & 0xFF];
+            }
+            table[k][v] = r;
+        }
+    }
+    return table;
+}
+constexpr std::array<std::array<uint64_t, 16>, 16> kCrc64WordNibbles = MakeWordNibbleTable();
+
+void AddTimeEvents(EntropyPools* pools, uint32_t tick) {
+    // The coarse clocks serve: the value is only entropy, and the load
+    // event that follows carries the cycle count.
+    uint32_t low = uint32_t(SystemTimeCoarse100ns());
     AddEvent(pools, kSourceSystemTime, &low, 4);
-    uint32_t tick = TickCountMs();
     AddEvent(pools, kSourceTickCount, &tick, 4);
 }
 
-void AddLoadEvent(EntropyPools* pools) {
-    uint8_t record[32];
-    MachineLoadRecord(record);
-    uint64_t crc = Crc64Digest(record, sizeof record);
+void AddLoadEvent(EntropyPools* pools, uint32_t tick) {
+    uint64_t crc = MachineLoadDigest(tick);
     AddEvent(pools, kSourceMachineLoad, &crc, 8);
 }
 }  // namespace
@@ -147,13 +189,15 @@ uint32_t ReseedFromPools(EntropyPools* pools, uint8_t* output, int force) {
 }
 
 void GatherLight(EntropyPools* pools) {
-    AddTimeEvents(pools);
-    AddLoadEvent(pools);
+    uint32_t tick = TickCountMs();
+    AddTimeEvents(pools, tick);
+    AddLoadEvent(pools, tick);
 }
 
 void GatherFull(EntropyPools* pools) {
-    AddTimeEvents(pools);
-    AddLoadEvent(pools);
+    uint32_t tick = TickCountMs();
+    AddTimeEvents(pools, tick);
+    AddLoadEvent(pools, tick);
     uint32_t blocks;
     if (FreeDiskBlocks(&blocks)) AddEvent(pools, kSourceFreeDisk, &blocks, 4);
     uint8_t power[12];
@@ -161,7 +205,7 @@ void GatherFull(EntropyPools* pools) {
         uint64_t crc = Crc64Digest(power, sizeof power);
         AddEvent(pools, kSourcePower, &crc, 8);
     }
-    AddTimeEvents(pools);
+    AddTimeEvents(pools, TickCountMs());
 }
 
 void DigestEvent(uint8_t output[64], const uint8_t* data, uint32_t length) {
@@ -189,6 +233,12 @@ void FeedAdditional(SharedRngState* shared, const uint8_t* data, uint32_t length
 uint64_t Crc64Digest(const uint8_t* data, uint32_t length) {
     uint64_t r = 0;
     for (uint32_t i = 0; i < length; ++i) r = (r >> 8) ^ kCrc64Table[(r ^ data[i]) & 0xFF];
+    return r;
+}
+
+uint64_t Crc64LeadingWord(uint64_t word) {
+    uint64_t r = 0;
+    for (int k = 0; k < 16; ++k) r ^= kCrc64WordNibbles[k][(word >> (4 * k)) & 15];
     return r;
 }
 

@@ -41,14 +41,53 @@ uint64_t CycleCount() {
 #endif
 }
 
-// The system load snapshot changes slowly; a syscall on every stir would
-// cost more than the rest of the stir, so each thread keeps its last one.
-struct LoadSnapshot {
-    uint32_t takenAt;
-    uint32_t valid;
-    uint64_t words[3];
+// The system facts change slowly, and a system call on every stir would cost
+// more than the rest of the stir: one snapshot serves every thread for up to
+// 50 ms. Threads race on it freely; each field is read and written whole.
+constexpr uint32_t kSnapshotMs = 50;
+
+struct FactSnapshot {
+    uint32_t takenAt;    // tick count of the last look, plus one (0: never)
+    uint64_t words[3];   // load, memory and processes
+    uint64_t wordsCrc;   // Crc64Digest of the 24 bytes of words
 };
-thread_local LoadSnapshot t_load;
+FactSnapshot g_load;
+
+struct DiskSnapshot {
+    uint32_t takenAt;  // as above
+    uint32_t blocks;
+    uint32_t ok;
+};
+DiskSnapshot g_disk;
+
+template <typename T>
+T Relaxed(const T* p) {
+    return __atomic_load_n(p, __ATOMIC_RELAXED);
+}
+template <typename T>
+void SetRelaxed(T* p, T v) {
+    __atomic_store_n(p, v, __ATOMIC_RELAXED);
+}
+
+bool SnapshotStale(const uint32_t* takenAt, uint32_t nowMs) {
+    uint32_t taken = Relaxed(takenAt);
+    return taken == 0 || nowMs + 1 - taken >= kSnapshotMs;
+}
+
+void RefreshLoad(uint32_t nowMs) {
+    struct sysinfo info;
+    uint64_t words[3] = {};
+    if (sysinfo(&info) == 0) {
+        words[0] = (uint64_t(info.loads[0]) << 32) ^ uint64_t(info.loads[1]);
+        words[1] = uint64_t(info.freeram) ^ (uint64_t(info.bufferram) << 20);
+        words[2] = (uint64_t(info.procs) << 48) ^ uint64_t(info.uptime) ^ (uint64_t(info.freeswap) << 8);
+    } else {
+        for (int i = 0; i < 3; ++i) words[i] = Relaxed(&g_load.words[i]);
+    }
+    for (int i = 0; i < 3; ++i) SetRelaxed(&g_load.words[i], words[i]);
+    SetRelaxed(&g_load.wordsCrc, Crc64Digest(reinterpret_cast<const uint8_t*>(words), sizeof words));
+    SetRelaxed(&g_load.takenAt, nowMs + 1);
+}
 
 // Up to four supplies under /sys/class/power_supply, found once.
 struct PowerSupplies {
@@ -120,38 +159,47 @@ void HashText(Sha512Context* ctx, const char* text) {
 
 uint64_t SystemTime100ns() { return ClockNanoseconds(CLOCK_REALTIME) / 100 + kUnixTo1601 * 10000000ull; }
 
+uint64_t SystemTimeCoarse100ns() {
+    return ClockNanoseconds(CLOCK_REALTIME_COARSE) / 100 + kUnixTo1601 * 10000000ull;
+}
+
 uint64_t MonotonicTime100ns() { return ClockNanoseconds(CLOCK_MONOTONIC) / 100; }
 
 uint32_t TickCountMs() { return uint32_t(ClockNanoseconds(CLOCK_MONOTONIC_COARSE) / 1000000); }
 
-void MachineLoadRecord(uint8_t record[32]) {
-    LoadSnapshot& s = t_load;
-    uint32_t now = TickCountMs();
-    if (!s.valid || now - s.takenAt >= 50) {
-        struct sysinfo info;
-        if (sysinfo(&info) == 0) {
-            s.words[0] = (uint64_t(info.loads[0]) << 32) ^ uint64_t(info.loads[1]);
-            s.words[1] = uint64_t(info.freeram) ^ (uint64_t(info.bufferram) << 20);
-            s.words[2] = (uint64_t(info.procs) << 48) ^ uint64_t(info.uptime) ^ (uint64_t(info.freeswap) << 8);
-        }
-        s.takenAt = now;
-        s.valid = 1;
-    }
+void MachineLoadRecord(uint8_t record[32], uint32_t nowMs) {
+    if (SnapshotStale(&g_load.takenAt, nowMs)) RefreshLoad(nowMs);
     uint64_t cycles = CycleCount();
     std::memcpy(record, &cycles, 8);
-    std::memcpy(record + 8, s.words, 24);
+    for (int i = 0; i < 3; ++i) {
+        uint64_t w = Relaxed(&g_load.words[i]);
+        std::memcpy(record + 8 + 8 * i, &w, 8);
+    }
+}
+
+uint64_t MachineLoadDigest(uint32_t nowMs) {
+    if (SnapshotStale(&g_load.takenAt, nowMs)) RefreshLoad(nowMs);
+    // The record's CRC from its two parts: the cycle count now, and the CRC
+    // of the snapshot, made when it was taken.
+    return Crc64LeadingWord(CycleCount()) ^ Relaxed(&g_load.wordsCrc);
 }
 
 bool FreeDiskBlocks(uint32_t* count) {
-    struct statvfs info;
-    if (statvfs(".", &info) != 0) return false;
-    *count = uint32_t(info.f_bavail);
+    uint32_t now = TickCountMs();
+    if (SnapshotStale(&g_disk.takenAt, now)) {
+        struct statvfs info;
+        bool ok = statvfs(".", &info) == 0;
+        if (ok) SetRelaxed(&g_disk.blocks, uint32_t(info.f_bavail));
+        SetRelaxed(&g_disk.ok, uint32_t(ok));
+        SetRelaxed(&g_disk.takenAt, now + 1);
+    }
+    if (Relaxed(&g_disk.ok) == 0) return false;
+    *count = Relaxed(&g_disk.blocks);
     return true;
 }
 
-bool PowerStatusRecord(uint8_t record[12]) {
-    const PowerSupplies& supplies = FindPowerSupplies();
-    if (supplies.count == 0) return false;
+namespace {
+void ReadPowerRecord(const PowerSupplies& supplies, uint8_t record[12]) {
     std::memset(record, 0, 12);
     char text[64];
     for (int i = 0; i < supplies.count; ++i) {
@@ -168,6 +216,30 @@ bool PowerStatusRecord(uint8_t record[12]) {
             record[8 + b] ^= uint8_t(voltage >> (8 * b));
         }
     }
+}
+
+struct PowerSnapshot {
+    uint32_t takenAt;     // as for the load snapshot
+    uint64_t record[2];   // the 12 bytes, zero-filled to 16
+};
+PowerSnapshot g_power;
+}  // namespace
+
+bool PowerStatusRecord(uint8_t record[12]) {
+    const PowerSupplies& supplies = FindPowerSupplies();
+    if (supplies.count == 0) return false;
+    uint32_t now = TickCountMs();
+    if (SnapshotStale(&g_power.takenAt, now)) {
+        uint8_t fresh[16] = {};
+        ReadPowerRecord(supplies, fresh);
+        uint64_t words[2];
+        std::memcpy(words, fresh, 16);
+        SetRelaxed(&g_power.record[0], words[0]);
+        SetRelaxed(&g_power.record[1], words[1]);
+        SetRelaxed(&g_power.takenAt, now + 1);
+    }
+    uint64_t words[2] = {Relaxed(&g_power.record[0]), Relaxed(&g_power.record[1])};
+    std::memcpy(record, words, 12);
     return true;
 }
 
