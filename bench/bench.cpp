@@ -371,6 +371,7 @@ double Median(std::vector<double> v) {
 
 struct Result {
     double oursNs, peerNs;  // per call, medians
+    double ratio;           // median of peer/ours over adjacent batch pairs
 };
 
 Result Measure(const Row& row, size_t n, const Options& opt) {
@@ -378,7 +379,7 @@ Result Measure(const Row& row, size_t n, const Options& opt) {
     uint64_t aim = opt.batchNs;
     if (row.kind == Kind::PerCall) rounds = std::max(3, rounds / 2 | 1);
     uint64_t itersOurs = Calibrate(row.ours, n, aim), itersPeer = Calibrate(row.peer, n, aim);
-    std::vector<double> ours, peer;
+    std::vector<double> ours, peer, ratios;
     for (int r = 0; r < rounds; ++r) {
         // Alternate which side goes first, so that neither always runs on a
         // cache the other has just warmed or cooled.
@@ -389,8 +390,11 @@ Result Measure(const Row& row, size_t n, const Options& opt) {
             peer.push_back(BatchNsPerCall(row.peer, n, itersPeer));
             ours.push_back(BatchNsPerCall(row.ours, n, itersOurs));
         }
+        // A pair of batches run back to back shares the machine's state of
+        // the moment; its ratio is steadier than a ratio of medians.
+        ratios.push_back(peer.back() / ours.back());
     }
-    return {Median(ours), Median(peer)};
+    return {Median(ours), Median(peer), Median(ratios)};
 }
 
 std::string SizeText(size_t n) {
@@ -412,7 +416,7 @@ void PrintHeader(const Options& opt) {
 void PrintBytesRow(const Options& opt, const char* name, size_t n, const Result& r, double ghz, const char* flag) {
     double oursMb = double(n) / r.oursNs * 1000.0, peerMb = double(n) / r.peerNs * 1000.0;
     double oursCpb = r.oursNs * ghz / double(n), peerCpb = r.peerNs * ghz / double(n);
-    double ratio = r.peerNs / r.oursNs;
+    double ratio = r.ratio;
     if (opt.markdown) {
         std::printf("| %s%s | %s | %.0f | %.2f | %.0f | %.2f | %.2f |\n", name, flag, SizeText(n).c_str(), oursMb,
                     oursCpb, peerMb, peerCpb, ratio);
@@ -423,7 +427,7 @@ void PrintBytesRow(const Options& opt, const char* name, size_t n, const Result&
 }
 
 void PrintCallRow(const Options& opt, const char* name, const Result& r, const char* flag) {
-    double ratio = r.peerNs / r.oursNs;
+    double ratio = r.ratio;
     if (opt.markdown) {
         std::printf("| %s%s | per call | %.2f ms | | %.2f ms | | %.2f |\n", name, flag, r.oursNs / 1e6, r.peerNs / 1e6,
                     ratio);

@@ -34,4 +34,7 @@ uint32_t SpongeFinish(uint8_t* output, uint32_t outputLength, Sha3Context* ctx, 
 // permutation.
 void Sha3AbsorbBlock(Sha3Context* ctx);
 void Sha3Squeeze(uint8_t* output, uint32_t outputLength, Sha3Context* ctx);
+// The permutation, on the fastest path the processor offers.
 void KeccakF1600(uint64_t state[25]);
+// The portable form, always available; the reference for the fast path.
+void KeccakF1600Reference(uint64_t state[25]);

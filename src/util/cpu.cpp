@@ -22,7 +22,8 @@ constexpr FlagName kNames[] = {
     {"sse2", &CpuFeatures::sse2},       {"ssse3", &CpuFeatures::ssse3},
     {"sse41", &CpuFeatures::sse41},     {"aesni", &CpuFeatures::aesni},
     {"pclmul", &CpuFeatures::pclmul},   {"avx", &CpuFeatures::avx},
-    {"avx2", &CpuFeatures::avx2},       {"bmi2", &CpuFeatures::bmi2},
+    {"avx2", &CpuFeatures::avx2},       {"bmi1", &CpuFeatures::bmi1},
+    {"bmi2", &CpuFeatures::bmi2},
     {"adx", &CpuFeatures::adx},         {"shani", &CpuFeatures::shani},
     {"vaes", &CpuFeatures::vaes},       {"vpclmul", &CpuFeatures::vpclmul},
     {"avx512f", &CpuFeatures::avx512f}, {"avx512bw", &CpuFeatures::avx512bw},
@@ -72,6 +73,7 @@ void CpuDetectWith(const char* overrideText) {
         if (maxLeaf >= 7) {
             __cpuid_count(7, 0, a, b, c, d);
             f.avx2 = f.avx && ((b >> 5) & 1);
+            f.bmi1 = (b >> 3) & 1;
             f.bmi2 = (b >> 8) & 1;
             f.adx = (b >> 19) & 1;
             f.shani = (b >> 29) & 1;

@@ -14,6 +14,7 @@ struct CpuFeatures {
     bool pclmul;
     bool avx;       // and the OS saves YMM state
     bool avx2;
+    bool bmi1;      // ANDN
     bool bmi2;
     bool adx;
     bool shani;
