@@ -4,7 +4,9 @@
 
 #include "convert/codec.h"
 #include "frame/memory.h"
+#include "mac/poly1305_x86.h"
 #include "util/bytes.h"
+#include "util/cpu.h"
 #include "util/ct.h"
 #include "util/wipe.h"
 #include "verimond.h"
@@ -12,9 +14,31 @@
 namespace {
 constexpr uint32_t kMask26 = 0x3ffffff;
 
+// Below this many bytes the eight-lane kernel costs more to start (its
+// powers of r) than it saves.
+constexpr size_t kIfmaMinimum = 512;
+
+// The wide paths: 64-bit limbs, and eight lanes for long runs.
+bool WideBlocks(Poly1305Context* ctx, const uint8_t* m, size_t length) {
+    if (!g_cpu.bmi2) return false;
+    Poly1305Wide wide;
+    Poly1305WideLoad(&wide, ctx);
+    if (g_cpu.avx512ifma && length >= kIfmaMinimum && ctx->final == 0) {
+        size_t groups = length / 128;
+        Poly1305BlocksIfma(&wide, m, groups);
+        m += 128 * groups;
+        length -= 128 * groups;
+    }
+    Poly1305BlocksScalar64(&wide, m, length / 16, ctx->final ? 0 : 1);
+    Poly1305WideStore(ctx, &wide);
+    SecureWipe(&wide, sizeof wide);
+    return true;
+}
+
 // h = (h + m) * r mod 2^130 - 5 for each 16-byte block; on return every limb
 // of h is below 2^26 but h1, which may carry a few bits more.
 void Blocks(Poly1305Context* ctx, const uint8_t* m, size_t length) {
+    if (WideBlocks(ctx, m, length)) return;
     const uint32_t hibit = ctx->final ? 0 : (1u << 24);
     const uint32_t r0 = ctx->r[0], r1 = ctx->r[1], r2 = ctx->r[2], r3 = ctx->r[3], r4 = ctx->r[4];
     const uint32_t s1 = r1 * 5, s2 = r2 * 5, s3 = r3 * 5, s4 = r4 * 5;

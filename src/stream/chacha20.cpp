@@ -2,7 +2,10 @@
 
 #include <cstring>
 
+#include "stream/stream_x86.h"
+#include "stream/wide_xor.h"
 #include "util/bytes.h"
+#include "util/cpu.h"
 #include "util/wipe.h"
 #include "verimond.h"
 
@@ -77,8 +80,13 @@ void Chacha20Xor(Chacha20State* state, const uint8_t* input, uint8_t* output, si
     if (count == 0) return;
     uint32_t w[16];
     std::memcpy(w, state->words, sizeof w);
+    if (g_cpu.avx512f && g_cpu.avx512bw && count >= kWideTail16) {
+        WideXor<16, Chacha20XorAvx512, 12>(w, input, output, count);
+    } else if (g_cpu.avx2 && count >= kWideTail8) {
+        WideXor<8, Chacha20XorAvx2, 12>(w, input, output, count);
+    }
     uint8_t block[64];
-    while (count > 0) {
+    while (count > 0) {  // what the wide paths left, or all
         BlockFunction(block, w);
         if (++w[12] == 0) ++w[13];
         size_t n = count < 64 ? count : 64;

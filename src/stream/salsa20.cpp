@@ -2,7 +2,10 @@
 
 #include <cstring>
 
+#include "stream/stream_x86.h"
+#include "stream/wide_xor.h"
 #include "util/bytes.h"
+#include "util/cpu.h"
 #include "util/wipe.h"
 #include "verimond.h"
 
@@ -65,7 +68,12 @@ void Salsa20Xor(Salsa20State* state, const uint8_t* input, uint8_t* output, size
     if (count == 0) return;
     uint8_t block[64];
     uint32_t* w = state->words;
-    while (count > 0) {
+    if (g_cpu.avx512f && g_cpu.avx512bw && count >= kWideTail16) {
+        WideXor<16, Salsa20XorAvx512, 8>(w, input, output, count);
+    } else if (g_cpu.avx2 && count >= kWideTail8) {
+        WideXor<8, Salsa20XorAvx2, 8>(w, input, output, count);
+    }
+    while (count > 0) {  // what the wide paths left, or all
         BlockFunction(block, w);
         if (++w[8] == 0) ++w[9];
         size_t n = count < 64 ? count : 64;

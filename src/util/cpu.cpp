@@ -27,7 +27,7 @@ constexpr FlagName kNames[] = {
     {"adx", &CpuFeatures::adx},         {"shani", &CpuFeatures::shani},
     {"vaes", &CpuFeatures::vaes},       {"vpclmul", &CpuFeatures::vpclmul},
     {"avx512f", &CpuFeatures::avx512f}, {"avx512bw", &CpuFeatures::avx512bw},
-    {"avx512vl", &CpuFeatures::avx512vl},
+    {"avx512vl", &CpuFeatures::avx512vl}, {"avx512ifma", &CpuFeatures::avx512ifma},
 };
 
 void ApplyOverride(CpuFeatures* f, const char* text) {
@@ -82,6 +82,7 @@ void CpuDetectWith(const char* overrideText) {
             f.avx512f = zmm && ((b >> 16) & 1);
             f.avx512bw = f.avx512f && ((b >> 30) & 1);
             f.avx512vl = f.avx512f && ((b >> 31) & 1);
+            f.avx512ifma = f.avx512f && ((b >> 21) & 1);
         }
     }
     ApplyOverride(&f, overrideText);

@@ -23,6 +23,7 @@ struct CpuFeatures {
     bool avx512f;   // and the OS saves ZMM state
     bool avx512bw;
     bool avx512vl;
+    bool avx512ifma;  // 52-bit multiply-add
 };
 
 // The flags in force; filled before any constructor of the library runs
