@@ -12,7 +12,9 @@
 #include "convert/codec.h"
 #include "frame/memory.h"
 #include "mac/pbkdf2.h"
+#include "mac/scrypt_x86.h"
 #include "util/bytes.h"
+#include "util/cpu.h"
 #include "util/wipe.h"
 #include "verimond.h"
 
@@ -61,6 +63,14 @@ void BlockMix(uint32_t* out, const uint32_t* in, uint32_t r) {
 // ROMix on one block of B (128 r bytes, in place), with V of N blocks and a
 // scratch of one block.
 void RoMix(uint8_t* block, uint32_t* v, uint32_t* x, uint32_t* y, uint32_t r, uint32_t n) {
+    if (g_cpu.avx512f && g_cpu.avx512vl) {
+        ScryptRoMixAvx512(block, v, x, y, r, n);
+        return;
+    }
+    if (g_cpu.sse2) {
+        ScryptRoMixSse2(block, v, x, y, r, n);
+        return;
+    }
     const size_t words = 32 * size_t(r);
     for (size_t k = 0; k < words; ++k) x[k] = Load32Le(block + 4 * k);
     for (uint32_t i = 0; i < n; ++i) {

@@ -16,6 +16,7 @@
 #include "digest/sha3.h"
 #include "digest/sha512.h"
 #include "mac/poly1305.h"
+#include "mac/scrypt.h"
 #include "rng/entropy.h"
 #include "stream/chacha20.h"
 #include "stream/salsa20.h"
@@ -256,4 +257,28 @@ TEST(FastPaths, PowersOfRNearTheModulus) {
         tags[path] = ToHex(tag, 16);
     }
     EXPECT_EQ(tags[1], tags[0]);
+}
+
+TEST(FastPaths, ScryptMixMatchesThePortableMix) {
+    // Sizes of r that are odd and even, one p above 1, a V large enough that
+    // Integerify reaches all over it.
+    struct Case {
+        uint32_t n, r, p;
+    } cases[] = {{2, 1, 1}, {16, 1, 1}, {16, 3, 2}, {64, 8, 1}, {1024, 2, 1}, {32, 5, 3}};
+    Random random{77};
+    for (const Case& c : cases) {
+        uint8_t password[23], salt[17];
+        random.Fill(password, sizeof password);
+        random.Fill(salt, sizeof salt);
+        std::string keys[3];
+        const char* sets[3] = {"portable", nullptr, "-avx512f"};
+        for (int i = 0; i < 3; ++i) {
+            PathScope scope(sets[i]);
+            uint8_t key[80];
+            ASSERT_EQ(ScryptDerive(key, sizeof key, password, sizeof password, salt, sizeof salt, c.n, c.r, c.p), 0);
+            keys[i] = ToHex(key, sizeof key);
+        }
+        EXPECT_EQ(keys[1], keys[0]) << "N " << c.n << " r " << c.r << " p " << c.p;
+        EXPECT_EQ(keys[2], keys[0]) << "N " << c.n << " r " << c.r << " p " << c.p;
+    }
 }
