@@ -208,6 +208,7 @@ struct Row {
     void (*prepare)(size_t n);          // set-up outside the timing, or null
     bool (*available)();                // null: always
     const char* missing;                // what is absent when unavailable
+    size_t largest = 0;                 // in place of 1 MiB where a call takes less
 };
 
 size_t Fixed20(size_t) { return 20; }
@@ -316,8 +317,9 @@ const Row kRows[] = {
          std::memcpy(g_out[1], &c, 4);
      },
      [](size_t) -> size_t { return 4; }, nullptr, nullptr, nullptr},
+    // One request of the generator gives at most 64 KiB.
     {"RNG_KeyBytes (peer: RAND_bytes)", Kind::Bytes, [](size_t n) { RNG_KeyBytes(g_out[0], int32_t(n), nullptr, 0); },
-     [](size_t n) { RAND_bytes(g_out[1], int(n)); }, nullptr, nullptr, nullptr, nullptr},
+     [](size_t n) { RAND_bytes(g_out[1], int(n)); }, nullptr, nullptr, nullptr, nullptr, 65536},
     {"PBKDF2-HMAC-SHA-256, 10000 it.", Kind::PerCall,
      [](size_t) { g_kdf2(g_out[0], 32, kPassword, 8, g_salt, 16, kKdf2Iterations, 3); },
      [](size_t) {
@@ -546,6 +548,7 @@ int main(int argc, char** argv) {
             continue;
         }
         std::vector<size_t> rowSizes = row.kind == Kind::PerCall ? std::vector<size_t>{0} : sizes;
+        if (row.largest != 0) rowSizes.back() = row.largest;
         for (size_t n : rowSizes) {
             if (row.prepare != nullptr) row.prepare(n);
             std::memset(g_out[0], 0, n + 64);
