@@ -1,14 +1,22 @@
 // SHA-512 blocks with a vector message schedule. Two blocks share each
-// 256-bit register, one per 128-bit half, so the schedule of a pair costs as
-// much as that of one; the words, with the round constants added, go to a
-// stack table, and the rounds run in general registers (with BMI2 rotates)
-// reading from it.
-#include <immintrin.h>
+// 256-bit register, one per 128-bit lane, so the schedule of a pair costs as
+// much as that of one block. Its words, with the round constants added, go
+// to a table on the stack, from which the rounds read them in general
+// registers (RORX turns them). The vector work of a pair is woven into the
+// rounds of the block before it, where it runs beside them.
+//
+// The whole file is compiled for AVX2 and BMI2; it runs only when the
+// processor has both.
+#pragma GCC target("avx2,bmi2")
 
 #include "digest/digest_x86.h"
+#include <immintrin.h>
+
+#include <cstddef>
+#include <cstdint>
 
 namespace {
-alignas(32) constexpr uint64_t kK[80] = {
+alignas(64) constexpr uint64_t kK[80] = {
     0x428a2f98d728ae22, 0x7137449123ef65cd, 0xb5c0fbcfec4d3b2f, 0xe9b5dba58189dbbc, 0x3956c25bf348b538,
     0x59f111f1b605d019, 0x923f82a4af194f9b, 0xab1c5ed5da6d8118, 0xd807aa98a3030242, 0x12835b0145706fbe,
     0x243185be4ee4b28c, 0x550c7dc3d5ffb4e2, 0x72be5d74f27b896f, 0x80deb1fe3b1696b1, 0x9bdc06a725c71235,
@@ -27,11 +35,51 @@ alignas(32) constexpr uint64_t kK[80] = {
     0x431d67c49c100d4c, 0x4cc5d4becb3e42b6, 0x597f299cfc657e2a, 0x5fcb6fab3ad6faec, 0x6c44198c4a475817,
 };
 
-#define SHA512_TARGET __attribute__((target("avx2,bmi2")))
-#define SHA512_INLINE __attribute__((target("avx2,bmi2"), always_inline)) inline
+#define SHA512_INLINE __attribute__((always_inline)) inline
 
-// The words of two blocks, W+K, go to a table of 40 vectors: entry t / 2 holds
-// words t and t+1 of the first block, then the same two of the second.
+// ---- Rounds -------------------------------------------------------------------
+
+// With BMI2 in the target this becomes one RORX, which leaves its source.
+SHA512_INLINE uint64_t Ror(uint64_t x, int n) { return (x >> n) | (x << (64 - n)); }
+
+// One round: h takes T1 and then T1 + T2; d takes d + T1. The names rotate
+// from round to round instead of the values.
+#define ROUND(a, b, c, d, e, f, g, h, wk)                                                 \
+    do {                                                                                  \
+        h += (wk) + (Ror(e, 14) ^ Ror(e, 18) ^ Ror(e, 41)) + (((f ^ g) & e) ^ g);          \
+        d += h;                                                                           \
+        h += (Ror(a, 28) ^ Ror(a, 34) ^ Ror(a, 39)) + (((a ^ b) & (b ^ c)) ^ b);           \
+    } while (0)
+
+// Eight rounds from t. A table row holds words t and t+1 of every block of
+// the group, so the words of one block lie Stride apart, two by two.
+#define EIGHT_ROUNDS(t, Stride)                                     \
+    do {                                                            \
+        const uint64_t* w = wk + (Stride) * ((t) / 2);              \
+        ROUND(a, b, c, d, e, f, g, h, w[0]);                        \
+        ROUND(h, a, b, c, d, e, f, g, w[1]);                        \
+        ROUND(g, h, a, b, c, d, e, f, w[(Stride)]);                 \
+        ROUND(f, g, h, a, b, c, d, e, w[(Stride) + 1]);             \
+        ROUND(e, f, g, h, a, b, c, d, w[2 * (Stride)]);             \
+        ROUND(d, e, f, g, h, a, b, c, w[2 * (Stride) + 1]);         \
+        ROUND(c, d, e, f, g, h, a, b, w[3 * (Stride)]);             \
+        ROUND(b, c, d, e, f, g, h, a, w[3 * (Stride) + 1]);         \
+    } while (0)
+
+#define LOAD_STATE                                                   \
+    uint64_t a = state[0], b = state[1], c = state[2], d = state[3]; \
+    uint64_t e = state[4], f = state[5], g = state[6], h = state[7]
+#define ADD_STATE \
+    state[0] += a, state[1] += b, state[2] += c, state[3] += d, state[4] += e, state[5] += f, state[6] += g, state[7] += h
+
+template <int Stride>
+void Rounds(uint64_t state[8], const uint64_t* wk) {
+    LOAD_STATE;
+    for (int t = 0; t < 80; t += 8) EIGHT_ROUNDS(t, Stride);
+    ADD_STATE;
+}
+
+// ---- Schedule of a pair, two blocks a 256-bit register --------------------------
 
 SHA512_INLINE __m256i Rotr(__m256i x, int n) {
     return _mm256_or_si256(_mm256_srli_epi64(x, n), _mm256_slli_epi64(x, 64 - n));
@@ -43,10 +91,10 @@ SHA512_INLINE __m256i SmallSigma1(__m256i x) {
     return _mm256_xor_si256(_mm256_xor_si256(Rotr(x, 19), Rotr(x, 61)), _mm256_srli_epi64(x, 6));
 }
 
-// Step j of the schedule of a pair: words 2j and 2j+1 of both blocks, with x
+// Step J of the schedule of a pair: words 2J and 2J+1 of both blocks, with x
 // the window of the last sixteen. first and second may be the same block.
 template <int J>
-SHA512_INLINE void ScheduleStep(__m256i* table, __m256i (&x)[8], const uint8_t* first, const uint8_t* second) {
+SHA512_INLINE void PairStep(__m256i* table, __m256i (&x)[8], const uint8_t* first, const uint8_t* second) {
     const __m256i k = _mm256_broadcastsi128_si256(_mm_load_si128(reinterpret_cast<const __m128i*>(kK + 2 * J)));
     if constexpr (J < 8) {
         const __m256i byteSwap = _mm256_set_epi64x(0x08090a0b0c0d0e0fll, 0x0001020304050607ll,
@@ -66,164 +114,107 @@ SHA512_INLINE void ScheduleStep(__m256i* table, __m256i (&x)[8], const uint8_t* 
 }
 
 template <int J0>
-SHA512_INLINE void FourSteps(__m256i* table, __m256i (&x)[8], const uint8_t* first, const uint8_t* second) {
-    ScheduleStep<J0>(table, x, first, second);
-    ScheduleStep<J0 + 1>(table, x, first, second);
-    ScheduleStep<J0 + 2>(table, x, first, second);
-    ScheduleStep<J0 + 3>(table, x, first, second);
+SHA512_INLINE void PairSteps(__m256i* table, __m256i (&x)[8], const uint8_t* first, const uint8_t* second) {
+    PairStep<J0>(table, x, first, second);
+    PairStep<J0 + 1>(table, x, first, second);
+    PairStep<J0 + 2>(table, x, first, second);
+    PairStep<J0 + 3>(table, x, first, second);
 }
 
-SHA512_TARGET void ScheduleTwo(__m256i* table, const uint8_t* first, const uint8_t* second) {
+// The rounds of one block with the schedule of the next pair woven in.
+void RoundsAheadPair(uint64_t state[8], const uint64_t* wk, __m256i* next, const uint8_t* first,
+                     const uint8_t* second) {
+    LOAD_STATE;
     __m256i x[8];
-    FourSteps<0>(table, x, first, second);
-    FourSteps<4>(table, x, first, second);
-    FourSteps<8>(table, x, first, second);
-    FourSteps<12>(table, x, first, second);
-    FourSteps<16>(table, x, first, second);
-    FourSteps<20>(table, x, first, second);
-    FourSteps<24>(table, x, first, second);
-    FourSteps<28>(table, x, first, second);
-    FourSteps<32>(table, x, first, second);
-    FourSteps<36>(table, x, first, second);
+    EIGHT_ROUNDS(0, 4);
+    PairSteps<0>(next, x, first, second);
+    EIGHT_ROUNDS(8, 4);
+    PairSteps<4>(next, x, first, second);
+    EIGHT_ROUNDS(16, 4);
+    PairSteps<8>(next, x, first, second);
+    EIGHT_ROUNDS(24, 4);
+    PairSteps<12>(next, x, first, second);
+    EIGHT_ROUNDS(32, 4);
+    PairSteps<16>(next, x, first, second);
+    EIGHT_ROUNDS(40, 4);
+    PairSteps<20>(next, x, first, second);
+    EIGHT_ROUNDS(48, 4);
+    PairSteps<24>(next, x, first, second);
+    EIGHT_ROUNDS(56, 4);
+    PairSteps<28>(next, x, first, second);
+    EIGHT_ROUNDS(64, 4);
+    PairSteps<32>(next, x, first, second);
+    EIGHT_ROUNDS(72, 4);
+    PairSteps<36>(next, x, first, second);
+    ADD_STATE;
 }
 
-// With BMI2 in the target this becomes one RORX, which leaves its source.
-SHA512_INLINE uint64_t Ror(uint64_t x, int n) { return (x >> n) | (x << (64 - n)); }
-
-// One round: h takes T1 and then T1 + T2; d takes d + T1. The names rotate
-// from round to round instead of the values.
-#define ROUND(a, b, c, d, e, f, g, h, wk)                                                 \
-    do {                                                                                  \
-        h += (wk) + (Ror(e, 14) ^ Ror(e, 18) ^ Ror(e, 41)) + (((f ^ g) & e) ^ g);          \
-        d += h;                                                                           \
-        h += (Ror(a, 28) ^ Ror(a, 34) ^ Ror(a, 39)) + (((a ^ b) & (b ^ c)) ^ b);           \
-    } while (0)
-
-// Eight rounds from t; wk steps by 4 words per two rounds, as the table
-// interleaves two blocks.
-#define EIGHT_ROUNDS(t)                                             \
-    do {                                                            \
-        const uint64_t* w = wk + 2 * (t);                           \
-        ROUND(a, b, c, d, e, f, g, h, w[0]);                        \
-        ROUND(h, a, b, c, d, e, f, g, w[1]);                        \
-        ROUND(g, h, a, b, c, d, e, f, w[4]);                        \
-        ROUND(f, g, h, a, b, c, d, e, w[5]);                        \
-        ROUND(e, f, g, h, a, b, c, d, w[8]);                        \
-        ROUND(d, e, f, g, h, a, b, c, w[9]);                        \
-        ROUND(c, d, e, f, g, h, a, b, w[12]);                       \
-        ROUND(b, c, d, e, f, g, h, a, w[13]);                       \
-    } while (0)
-
-SHA512_TARGET void Rounds(uint64_t state[8], const uint64_t* wk) {
-    uint64_t a = state[0], b = state[1], c = state[2], d = state[3];
-    uint64_t e = state[4], f = state[5], g = state[6], h = state[7];
-    for (int t = 0; t < 80; t += 8) EIGHT_ROUNDS(t);
-    state[0] += a;
-    state[1] += b;
-    state[2] += c;
-    state[3] += d;
-    state[4] += e;
-    state[5] += f;
-    state[6] += g;
-    state[7] += h;
-}
-
-// The rounds of one block with the schedule of the next pair woven in: the
-// vector work then runs beside the rounds instead of before them.
-SHA512_TARGET void RoundsScheduling(uint64_t state[8], const uint64_t* wk, __m256i* next, const uint8_t* first,
-                                    const uint8_t* second) {
-    uint64_t a = state[0], b = state[1], c = state[2], d = state[3];
-    uint64_t e = state[4], f = state[5], g = state[6], h = state[7];
-    __m256i x[8];
-    EIGHT_ROUNDS(0);
-    FourSteps<0>(next, x, first, second);
-    EIGHT_ROUNDS(8);
-    FourSteps<4>(next, x, first, second);
-    EIGHT_ROUNDS(16);
-    FourSteps<8>(next, x, first, second);
-    EIGHT_ROUNDS(24);
-    FourSteps<12>(next, x, first, second);
-    EIGHT_ROUNDS(32);
-    FourSteps<16>(next, x, first, second);
-    EIGHT_ROUNDS(40);
-    FourSteps<20>(next, x, first, second);
-    EIGHT_ROUNDS(48);
-    FourSteps<24>(next, x, first, second);
-    EIGHT_ROUNDS(56);
-    FourSteps<28>(next, x, first, second);
-    EIGHT_ROUNDS(64);
-    FourSteps<32>(next, x, first, second);
-    EIGHT_ROUNDS(72);
-    FourSteps<36>(next, x, first, second);
-    state[0] += a;
-    state[1] += b;
-    state[2] += c;
-    state[3] += d;
-    state[4] += e;
-    state[5] += f;
-    state[6] += g;
-    state[7] += h;
-}
-
-// One block on its own, its schedule woven into its own rounds: the words
-// of each step are made eight rounds ahead of their use.
-SHA512_TARGET void OneBlock(uint64_t state[8], const uint8_t* block) {
-    alignas(32) __m256i table[40];
+// The rounds of first with the schedule of first and second woven in, each
+// step eight rounds ahead of its use; second's words stay in the table.
+// second may be first.
+void RoundsSchedulingPair(uint64_t state[8], __m256i* table, const uint8_t* first, const uint8_t* second) {
     const uint64_t* wk = reinterpret_cast<const uint64_t*>(table);
-    uint64_t a = state[0], b = state[1], c = state[2], d = state[3];
-    uint64_t e = state[4], f = state[5], g = state[6], h = state[7];
+    LOAD_STATE;
     __m256i x[8];
-    FourSteps<0>(table, x, block, block);
-    FourSteps<4>(table, x, block, block);
-    EIGHT_ROUNDS(0);
-    FourSteps<8>(table, x, block, block);
-    EIGHT_ROUNDS(8);
-    FourSteps<12>(table, x, block, block);
-    EIGHT_ROUNDS(16);
-    FourSteps<16>(table, x, block, block);
-    EIGHT_ROUNDS(24);
-    FourSteps<20>(table, x, block, block);
-    EIGHT_ROUNDS(32);
-    FourSteps<24>(table, x, block, block);
-    EIGHT_ROUNDS(40);
-    FourSteps<28>(table, x, block, block);
-    EIGHT_ROUNDS(48);
-    FourSteps<32>(table, x, block, block);
-    EIGHT_ROUNDS(56);
-    FourSteps<36>(table, x, block, block);
-    EIGHT_ROUNDS(64);
-    EIGHT_ROUNDS(72);
-    state[0] += a;
-    state[1] += b;
-    state[2] += c;
-    state[3] += d;
-    state[4] += e;
-    state[5] += f;
-    state[6] += g;
-    state[7] += h;
+    PairSteps<0>(table, x, first, second);
+    PairSteps<4>(table, x, first, second);
+    EIGHT_ROUNDS(0, 4);
+    PairSteps<8>(table, x, first, second);
+    EIGHT_ROUNDS(8, 4);
+    PairSteps<12>(table, x, first, second);
+    EIGHT_ROUNDS(16, 4);
+    PairSteps<16>(table, x, first, second);
+    EIGHT_ROUNDS(24, 4);
+    PairSteps<20>(table, x, first, second);
+    EIGHT_ROUNDS(32, 4);
+    PairSteps<24>(table, x, first, second);
+    EIGHT_ROUNDS(40, 4);
+    PairSteps<28>(table, x, first, second);
+    EIGHT_ROUNDS(48, 4);
+    PairSteps<32>(table, x, first, second);
+    EIGHT_ROUNDS(56, 4);
+    PairSteps<36>(table, x, first, second);
+    EIGHT_ROUNDS(64, 4);
+    EIGHT_ROUNDS(72, 4);
+    ADD_STATE;
 }
 
-#undef EIGHT_ROUNDS
-#undef ROUND
-}  // namespace
-
-SHA512_TARGET void Sha512BlocksAvx2(uint64_t h[8], const uint8_t* data, size_t blocks) {
-    if (blocks == 1) {
-        OneBlock(h, data);
+// Any number of blocks by pairs. The first pair's schedule is woven into its
+// first block; after that the second block of each pair carries the schedule
+// of the next pair, a whole pair ahead. A last odd block schedules itself.
+void PairBlocks(uint64_t h[8], const uint8_t* data, size_t blocks) {
+    alignas(32) __m256i tables[2][40];
+    if (blocks < 2) {
+        if (blocks != 0) RoundsSchedulingPair(h, tables[0], data, data);
         return;
     }
-    alignas(32) __m256i tables[2][40];
     int current = 0;
-    if (blocks >= 2) ScheduleTwo(tables[0], data, data + 128);
-    for (; blocks >= 2; blocks -= 2, data += 256, current ^= 1) {
+    RoundsSchedulingPair(h, tables[0], data, data + 128);
+    for (;;) {
         const uint64_t* words = reinterpret_cast<const uint64_t*>(tables[current]);
-        // A pair is scheduled; while its first block runs, schedule the next.
         const uint8_t* next = data + 256;
-        if (blocks >= 4) RoundsScheduling(h, words, tables[current ^ 1], next, next + 128);
-        else Rounds(h, words);
-        Rounds(h, words + 2);
+        blocks -= 2;
+        if (blocks < 2) {
+            Rounds<4>(h, words + 2);
+            if (blocks != 0) RoundsSchedulingPair(h, tables[current], next, next);
+            return;
+        }
+        RoundsAheadPair(h, words + 2, tables[current ^ 1], next, next + 128);
+        current ^= 1;
+        data = next;
+        Rounds<4>(h, reinterpret_cast<const uint64_t*>(tables[current]));
     }
-    if (blocks != 0) OneBlock(h, data);
+}
+
+#undef LOAD_STATE
+#undef ADD_STATE
+#undef EIGHT_ROUNDS
+#undef ROUND
+#undef SHA512_INLINE
+}  // namespace
+
+void Sha512BlocksAvx2(uint64_t h[8], const uint8_t* data, size_t blocks) {
     // The tables are left as the portable core leaves its schedule: the
     // owner of the data wipes what is secret.
+    PairBlocks(h, data, blocks);
 }
