@@ -142,9 +142,23 @@ void AddEvent(EntropyPools* pools, uint8_t source, const void* data, uint32_t le
     uint8_t* next = &pools->nextPool[source];
     uint32_t index = LoadRelaxed(next) & (kPoolCount - 1);
     StoreRelaxed(next, uint8_t((index + 1) & (kPoolCount - 1)));
+    EntropyPool* pool = &pools->pool[index];
+    Sha512Context* ctx = &pool->hash;
+    uint64_t bits = LoadRelaxed(&ctx->countLow);
+    uint32_t at = uint32_t(bits >> 3) & 127;
+    if (at + 2 + length < 128) {
+        // The usual case: the whole event fits in the block before its end,
+        // and goes in with one update of the counts.
+        ctx->block[at] = source;
+        ctx->block[at + 1] = uint8_t(length);
+        CopySmall(ctx->block + at + 2, static_cast<const uint8_t*>(data), length);
+        StoreRelaxed(&ctx->countLow, bits + 8 * uint64_t(2 + length));
+        StoreRelaxed(&pool->byteCount, LoadRelaxed(&pool->byteCount) + 2 + length);
+        return;
+    }
     const uint8_t header[2] = {source, uint8_t(length)};
-    PoolAbsorb(&pools->pool[index], header, 2);
-    PoolAbsorb(&pools->pool[index], static_cast<const uint8_t*>(data), length);
+    PoolAbsorb(pool, header, 2);
+    PoolAbsorb(pool, static_cast<const uint8_t*>(data), length);
 }
 
 bool PoolsReady(const EntropyPools* pools, uint64_t now100ns) {
