@@ -16,6 +16,7 @@
 #include "digest/sha3.h"
 #include "digest/sha512.h"
 #include "mac/poly1305.h"
+#include "mac/poly1305_x86.h"
 #include "mac/scrypt.h"
 #include "rng/entropy.h"
 #include "stream/chacha20.h"
@@ -281,4 +282,58 @@ TEST(FastPaths, ScryptMixMatchesThePortableMix) {
         EXPECT_EQ(keys[1], keys[0]) << "N " << c.n << " r " << c.r << " p " << c.p;
         EXPECT_EQ(keys[2], keys[0]) << "N " << c.n << " r " << c.r << " p " << c.p;
     }
+}
+
+TEST(FastPaths, WideLimbsKeepTheAccumulatorModuloP) {
+    // The 26-bit record goes into 64-bit limbs and back around every wide
+    // run; the value may change only by multiples of 2^130 - 5. Limbs over
+    // 26 bits (as the portable core leaves h1) and values at and over the
+    // modulus must survive: the tags after the round trip are the same.
+    Random random{2024};
+    const uint32_t edges[][5] = {{0x3fffffb, 0x3ffffff, 0x3ffffff, 0x3ffffff, 0x3ffffff},
+                                 {0x3ffffff, 0x7ffffff, 0x3ffffff, 0x3ffffff, 0x3ffffff},
+                                 {0, 0, 0, 0, 0x4000000},
+                                 {5, 0, 0, 0, 0}};
+    for (int i = 0; i < 300; ++i) {
+        uint8_t key[32];
+        random.Fill(key, sizeof key);
+        Poly1305Context direct;
+        Poly1305Init(&direct, key);
+        for (int k = 0; k < 5; ++k) {
+            direct.h[k] = i < 4 ? edges[i][k] : uint32_t(random.Next()) & (k == 1 ? 0x7ffffff : 0x3ffffff);
+        }
+        Poly1305Context converted = direct;
+        Poly1305Wide wide;
+        Poly1305WideLoad(&wide, &converted);
+        Poly1305WideStore(&converted, &wide);
+        for (int k = 0; k < 4; ++k) EXPECT_LT(converted.h[k], 1u << 26);
+        EXPECT_LE(converted.h[4], (1u << 26) + (1u << 24));
+        uint8_t tagDirect[16], tagConverted[16];
+        Poly1305Final(&direct, tagDirect);
+        Poly1305Final(&converted, tagConverted);
+        ASSERT_EQ(ToHex(tagConverted, 16), ToHex(tagDirect, 16)) << "case " << i;
+    }
+}
+
+TEST(FastPaths, NamedOverridesClearOnlyTheirFlags) {
+    struct Case {
+        const char* text;
+        bool CpuFeatures::*flag;
+    } cases[] = {{"-bmi1", &CpuFeatures::bmi1},       {"-bmi2", &CpuFeatures::bmi2},
+                 {"-shani", &CpuFeatures::shani},     {"-avx512ifma", &CpuFeatures::avx512ifma},
+                 {"-avx512vl", &CpuFeatures::avx512vl}, {"-sse2", &CpuFeatures::sse2}};
+    CpuFeatures all;
+    {
+        PathScope machine(nullptr);
+        all = g_cpu;
+    }
+    for (const Case& c : cases) {
+        PathScope scope(c.text);
+        CpuFeatures expected = all;
+        expected.*c.flag = false;
+        EXPECT_EQ(std::memcmp(&g_cpu, &expected, sizeof expected), 0) << c.text;
+    }
+    PathScope portable("portable");
+    const CpuFeatures none{};
+    EXPECT_EQ(std::memcmp(&g_cpu, &none, sizeof none), 0);
 }
