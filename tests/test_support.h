@@ -32,4 +32,7 @@ inline std::string ToHex(const uint8_t* data, size_t n) {
 inline std::string ToHex(const std::vector<uint8_t>& v) { return ToHex(v.data(), v.size()); }
 
 inline const uint8_t* Bytes(const std::string& s) { return reinterpret_cast<const uint8_t*>(s.data()); }
+// A literal stays readable after the statement that names it, which the
+// bytes of a temporary string would not.
+inline const uint8_t* Bytes(const char* s) { return reinterpret_cast<const uint8_t*>(s); }
 inline int32_t Len(const std::string& s) { return int32_t(s.size()); }
