@@ -1,0 +1,91 @@
+// The argument sweep: every export called with null pointers, zero, negative
+// and extreme lengths, malformed texts and stale or foreign handles. Each
+// family contributes a table of rows {call, arguments, expected result}; a
+// row that must end the process runs in a child.
+#pragma once
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "verimond.h"
+
+namespace sweep {
+
+enum class Want {
+    Exactly,         // the call returns value
+    Handle,          // a context handle: odd, positive, below 2^30
+    OneOf,           // any of values
+    Positive,        // a length that depends on the machine (a path, a text)
+    EndsProcess,     // the process ends with status 1 (run in a child)
+};
+
+struct Expect {
+    Want want = Want::Exactly;
+    int32_t value = 0;
+    std::vector<int32_t> values;
+};
+
+inline Expect Is(int32_t v) { return {Want::Exactly, v, {}}; }
+inline Expect AHandle() { return {Want::Handle, 0, {}}; }
+inline Expect AnyOf(std::vector<int32_t> v) { return {Want::OneOf, 0, std::move(v)}; }
+inline Expect APositive() { return {Want::Positive, 0, {}}; }
+inline Expect EndsProcess() { return {Want::EndsProcess, 1, {}}; }
+
+struct Row {
+    std::string name;  // the export first, then what the arguments try
+    std::function<int32_t()> call;
+    Expect expect;
+};
+using Table = std::vector<Row>;
+
+// Runs every row, reports each mismatch with its name; the names' leading
+// words are collected for the coverage check.
+void RunTable(const Table& rows);
+std::vector<std::string> ExportNames(const Table& rows);
+
+// The tables, one per family group.
+Table FrameAndConversionRows();
+Table DigestRows();
+Table MacAndDerivationRows();
+Table BlockFamilyRows();
+Table CipherRows();
+Table StreamRows();
+Table AeadRows();
+Table RandomRows();
+Table UtilityRows();
+
+// ---- Shared material -------------------------------------------------------
+
+// Readable buffers larger than any row needs; a row that passes a length
+// beyond them is one the call must refuse before reading.
+struct Buffers {
+    uint8_t in[256];
+    uint8_t out[512];
+    char text[1024];
+    uint8_t key[64];
+    uint8_t iv[32];
+    Buffers();
+};
+Buffers& Buf();
+
+// A fresh directory with a small file, and names for files that do not exist.
+struct Files {
+    std::string dir;
+    std::string existing;  // 100 bytes
+    std::string empty;     // 0 bytes
+    std::string missing;   // never created
+    std::string out;       // a place to write
+    std::string noDir;     // in a directory that does not exist
+    Files();
+    ~Files();
+};
+Files& Fs();
+
+// A handle that some other thread made with init; that thread has ended.
+int32_t FromOtherThread(const std::function<int32_t()>& init);
+
+constexpr int32_t kMax = INT32_MAX;
+constexpr int32_t kMin = INT32_MIN;
+
+}  // namespace sweep

@@ -1,0 +1,153 @@
+// Runs the sweep tables and checks that together they call every export.
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+#include <set>
+#include <thread>
+
+#include "child_run.h"
+#include "sweep.h"
+
+namespace sweep {
+
+Buffers::Buffers() {
+    for (int i = 0; i < 256; ++i) in[i] = uint8_t(i * 7 + 1);
+    for (int i = 0; i < 64; ++i) key[i] = uint8_t(0xA0 + i);
+    for (int i = 0; i < 32; ++i) iv[i] = uint8_t(0x30 + i);
+    std::fill(std::begin(out), std::end(out), 0);
+    std::fill(std::begin(text), std::end(text), 0);
+}
+
+Buffers& Buf() {
+    static Buffers b;
+    return b;
+}
+
+Files::Files() {
+    char name[] = "/tmp/verimond_sweepXXXXXX";
+    dir = mkdtemp(name) ? name : "/tmp";
+    existing = dir + "/existing.bin";
+    empty = dir + "/empty.bin";
+    missing = dir + "/missing.bin";
+    out = dir + "/out.bin";
+    noDir = dir + "/no/such/dir/file.bin";
+    std::ofstream(existing, std::ios::binary) << std::string(100, 'x');
+    std::ofstream(empty, std::ios::binary).flush();
+}
+
+Files::~Files() {
+    for (const std::string& f : {existing, empty, out, dir + "/seed.bin", dir + "/report.txt"}) unlink(f.c_str());
+    rmdir(dir.c_str());
+}
+
+Files& Fs() {
+    static Files f;
+    return f;
+}
+
+int32_t FromOtherThread(const std::function<int32_t()>& init) {
+    int32_t handle = 0;
+    std::thread([&] { handle = init(); }).join();
+    return handle;
+}
+
+namespace {
+std::string Describe(const Expect& e) {
+    switch (e.want) {
+        case Want::Exactly: return std::to_string(e.value);
+        case Want::Handle: return "a handle";
+        case Want::Positive: return "a positive length";
+        case Want::EndsProcess: return "the end of the process with status 1";
+        case Want::OneOf: {
+            std::string s = "one of";
+            for (int32_t v : e.values) s += " " + std::to_string(v);
+            return s;
+        }
+    }
+    return "?";
+}
+
+bool Matches(const Expect& e, int32_t got) {
+    switch (e.want) {
+        case Want::Exactly: return got == e.value;
+        case Want::Handle: return got > 0 && (got & 1) == 1 && got < (1 << 30);
+        case Want::Positive: return got > 0;
+        case Want::OneOf: return std::find(e.values.begin(), e.values.end(), got) != e.values.end();
+        case Want::EndsProcess: return false;
+    }
+    return false;
+}
+}  // namespace
+
+void RunTable(const Table& rows) {
+    for (const Row& row : rows) {
+        if (row.expect.want == Want::EndsProcess) {
+            ChildOutcome child = RunInChild([&] {
+                row.call();
+                return 0;  // returning at all is the failure
+            });
+            EXPECT_EQ(child.exitStatus, 1) << row.name << ": expected " << Describe(row.expect);
+            continue;
+        }
+        int32_t got = row.call();
+        EXPECT_TRUE(Matches(row.expect, got))
+            << row.name << ": got " << got << ", expected " << Describe(row.expect);
+    }
+}
+
+std::vector<std::string> ExportNames(const Table& rows) {
+    std::vector<std::string> names;
+    for (const Row& row : rows) names.push_back(row.name.substr(0, row.name.find(' ')));
+    return names;
+}
+
+namespace {
+const std::vector<std::pair<const char*, Table (*)()>>& Families() {
+    static const std::vector<std::pair<const char*, Table (*)()>> families = {
+        {"frame and conversion", FrameAndConversionRows},
+        {"digests", DigestRows},
+        {"MACs and derivation", MacAndDerivationRows},
+        {"block families", BlockFamilyRows},
+        {"generic cipher", CipherRows},
+        {"stream", StreamRows},
+        {"authenticated", AeadRows},
+        {"random", RandomRows},
+        {"utilities", UtilityRows},
+    };
+    return families;
+}
+}  // namespace
+
+TEST(Sweep, FrameAndConversion) { RunTable(FrameAndConversionRows()); }
+TEST(Sweep, Digests) { RunTable(DigestRows()); }
+TEST(Sweep, MacsAndDerivation) { RunTable(MacAndDerivationRows()); }
+TEST(Sweep, BlockFamilies) { RunTable(BlockFamilyRows()); }
+TEST(Sweep, GenericCipher) { RunTable(CipherRows()); }
+TEST(Sweep, Stream) { RunTable(StreamRows()); }
+TEST(Sweep, Authenticated) { RunTable(AeadRows()); }
+TEST(Sweep, Random) { RunTable(RandomRows()); }
+TEST(Sweep, Utilities) { RunTable(UtilityRows()); }
+
+// Every name of the export list is called by some row.
+TEST(Sweep, EveryExportHasRows) {
+    std::set<std::string> called;
+    for (const auto& family : Families()) {
+        for (const std::string& name : ExportNames(family.second())) called.insert(name);
+    }
+    std::ifstream list(std::string(VERIMOND_SWEEP_EXPORTS));
+    ASSERT_TRUE(list.good());
+    std::string name;
+    int count = 0;
+    while (list >> name) {
+        ++count;
+        EXPECT_TRUE(called.count(name)) << name << " has no sweep row";
+    }
+    EXPECT_EQ(count, 237);
+}
+
+}  // namespace sweep
