@@ -8,9 +8,10 @@
 #   VERIMOND_FUZZ=ON           coverage for libFuzzer (clang only); fuzz targets
 #                              are added by fuzz/CMakeLists.txt
 #
-# VERIMOND_SANITIZER_ENV holds what a test needs in its environment: the
-# runtime options and, for programs that load the library into an
-# uninstrumented interpreter (Python), the runtime to preload.
+# VERIMOND_SANITIZER_ENV holds what a test needs in its environment (one
+# variable of runtime options); VERIMOND_SANITIZER_PRELOAD the runtime that
+# programs loading the library into an uninstrumented interpreter (Python)
+# must preload.
 
 set(VERIMOND_SANITIZER_FLAGS "")
 set(VERIMOND_SANITIZER_ENV "")
@@ -21,16 +22,18 @@ if(VERIMOND_SANITIZE STREQUAL "address")
   set(VERIMOND_SANITIZER_FLAGS -fsanitize=address,undefined -fno-sanitize=vptr
       -fno-sanitize-recover=undefined -fno-omit-frame-pointer)
   set(_verimond_runtime asan)
-  list(APPEND VERIMOND_SANITIZER_ENV
-       # A refused allocation must come back as null, as it would in a release
-       # build, so that the paths that report MEMORY_ERROR stay testable.
-       "ASAN_OPTIONS=detect_leaks=1:strict_string_checks=1:detect_stack_use_after_return=1:allocator_may_return_null=1"
-       "UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1")
+  # A refused allocation must come back as null, as it would in a release
+  # build, so that the paths that report MEMORY_ERROR stay testable. The
+  # undefined-behaviour checks stop at their first report by the compile
+  # flag, so they need no options of their own; one variable keeps the
+  # environment a single item, which the discovered tests take as it is.
+  set(VERIMOND_SANITIZER_ENV
+      "ASAN_OPTIONS=detect_leaks=1:strict_string_checks=1:detect_stack_use_after_return=1:allocator_may_return_null=1")
 elseif(VERIMOND_SANITIZE STREQUAL "thread")
   set(VERIMOND_SANITIZER_FLAGS -fsanitize=thread -fno-omit-frame-pointer)
   set(_verimond_runtime tsan)
-  list(APPEND VERIMOND_SANITIZER_ENV
-       "TSAN_OPTIONS=halt_on_error=1:second_deadlock_stack=1:suppressions=${CMAKE_SOURCE_DIR}/tests/tsan.supp")
+  set(VERIMOND_SANITIZER_ENV
+      "TSAN_OPTIONS=halt_on_error=1:second_deadlock_stack=1:suppressions=${CMAKE_SOURCE_DIR}/tests/tsan.supp")
 elseif(NOT VERIMOND_SANITIZE STREQUAL "")
   message(FATAL_ERROR "VERIMOND_SANITIZE must be empty, address or thread, not ${VERIMOND_SANITIZE}")
 endif()
