@@ -8,13 +8,12 @@
 #   VERIMOND_FUZZ=ON           coverage for libFuzzer (clang only); fuzz targets
 #                              are added by fuzz/CMakeLists.txt
 #
-# VERIMOND_SANITIZER_ENV holds what a test needs in its environment (one
-# variable of runtime options); VERIMOND_SANITIZER_PRELOAD the runtime that
-# programs loading the library into an uninstrumented interpreter (Python)
-# must preload.
+# The runtimes' options for the test and fuzz programs are built into them
+# (tests/sanitizer_defaults.c, linked by verimond_link_sanitizer_defaults);
+# VERIMOND_SANITIZER_PRELOAD names the runtime that a program loading the
+# library into an uninstrumented interpreter (Python) must preload.
 
 set(VERIMOND_SANITIZER_FLAGS "")
-set(VERIMOND_SANITIZER_ENV "")
 set(_verimond_runtime "")
 
 if(VERIMOND_SANITIZE STREQUAL "address")
@@ -22,18 +21,9 @@ if(VERIMOND_SANITIZE STREQUAL "address")
   set(VERIMOND_SANITIZER_FLAGS -fsanitize=address,undefined -fno-sanitize=vptr
       -fno-sanitize-recover=undefined -fno-omit-frame-pointer)
   set(_verimond_runtime asan)
-  # A refused allocation must come back as null, as it would in a release
-  # build, so that the paths that report MEMORY_ERROR stay testable. The
-  # undefined-behaviour checks stop at their first report by the compile
-  # flag, so they need no options of their own; one variable keeps the
-  # environment a single item, which the discovered tests take as it is.
-  set(VERIMOND_SANITIZER_ENV
-      "ASAN_OPTIONS=detect_leaks=1:strict_string_checks=1:detect_stack_use_after_return=1:allocator_may_return_null=1")
 elseif(VERIMOND_SANITIZE STREQUAL "thread")
   set(VERIMOND_SANITIZER_FLAGS -fsanitize=thread -fno-omit-frame-pointer)
   set(_verimond_runtime tsan)
-  set(VERIMOND_SANITIZER_ENV
-      "TSAN_OPTIONS=halt_on_error=1:second_deadlock_stack=1:suppressions=${CMAKE_SOURCE_DIR}/tests/tsan.supp")
 elseif(NOT VERIMOND_SANITIZE STREQUAL "")
   message(FATAL_ERROR "VERIMOND_SANITIZE must be empty, address or thread, not ${VERIMOND_SANITIZE}")
 endif()
@@ -63,3 +53,15 @@ if(_verimond_runtime)
     set(VERIMOND_SANITIZER_PRELOAD "${_verimond_preload}")
   endif()
 endif()
+
+# Every program target created after the call (in this directory and those
+# added below it) carries the runtimes' options and the thread checker's
+# suppressions.
+macro(verimond_link_sanitizer_defaults)
+  if(VERIMOND_SANITIZE)
+    add_library(verimond_sanitizer_defaults OBJECT ${CMAKE_SOURCE_DIR}/tests/sanitizer_defaults.c)
+    target_compile_definitions(verimond_sanitizer_defaults PRIVATE
+      VERIMOND_TSAN_SUPPRESSIONS="${CMAKE_SOURCE_DIR}/tests/tsan.supp")
+    link_libraries(verimond_sanitizer_defaults)
+  endif()
+endmacro()

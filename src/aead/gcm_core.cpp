@@ -149,7 +149,7 @@ int GcmOpen(GcmKeyTables* tables, const uint8_t* iv, size_t ivLength, const uint
         acc |= i < n ? d : 0u;
     }
     SecureWipe(diff, sizeof diff);
-    if ((CtMaskZero(acc) & 1) == 0) return 0;
+    if (CtPublic(CtMaskZero(acc) & 1) == 0) return 0;  // accept or reject is the answer
     if (output != nullptr) CounterXor(tables, &counter, input, output, inputLength);
     return 1;
 }

@@ -83,7 +83,8 @@ int32_t PadCheck(const uint8_t* data, size_t length, size_t blockLength, int32_t
             }
         }
     }
-    return int32_t(CtSelect(bad, uint32_t(-DECRYPT_ERROR), count));
+    // Valid or not, and the count, are the answer: callers act on them.
+    return CtPublic(int32_t(CtSelect(bad, uint32_t(-DECRYPT_ERROR), count)));
 }
 
 int32_t PadBytes(uint8_t* output, int32_t outputLength, const uint8_t* input, int32_t inputLength,

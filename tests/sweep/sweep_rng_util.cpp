@@ -1,10 +1,11 @@
 // Sweep rows: RNG_, ZLIB_, COMPR_, CRC_ and WIPE_.
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <fstream>
 #include <string>
 
-#include "child_process.h"
+#include "child_run.h"
 #include "sweep.h"
 
 namespace sweep {
@@ -13,8 +14,7 @@ namespace {
 // The prompted calls read the console: they run in a child whose standard
 // input is closed, and the row sees the call's result as the exit status.
 int32_t WithClosedInput(int (*body)()) {
-    ChildResult child = RunInChild(nullptr, body);
-    return child.exitCode;
+    return RunInChildWithInput(nullptr, body).exitStatus;
 }
 
 std::string MakeFile(const std::string& name, size_t size) {
