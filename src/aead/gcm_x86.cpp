@@ -8,6 +8,7 @@
 #include <cstring>
 
 #include "aead/ghash_x86_inline.h"
+#include "util/ct.h"
 #include "util/wipe.h"
 
 using namespace aesx86;
@@ -204,7 +205,7 @@ VERIMOND_AESNI int GcmClmulOpen(const GcmKeyTables* t, const uint8_t* iv, size_t
                                                                                   11, 12, 13, 14, 15));
     const __m128i diff =
         _mm_and_si128(_mm_xor_si128(_mm_xor_si128(encJ0, Load(given)), _mm_shuffle_epi8(y, reverse)), compared);
-    if (_mm_testz_si128(diff, diff) == 0) return 0;
+    if (CtPublic(_mm_testz_si128(diff, diff)) == 0) return 0;  // accept or reject is the answer
     if (output == nullptr) return 1;
     const size_t blocks = inputLength / 16;
     const size_t done = wide ? GcmWideCtr(rk, rounds, ctr, input, output, blocks) : 0;

@@ -200,7 +200,7 @@ void Aead(int32_t algorithm, int32_t keyLength) {
              });
     }
     if (nonceLength != 12) return;  // Ascon has the WithTag calls only
-    const Bytes tag(sealed.begin() + 100, sealed.end());
+    Bytes tag(sealed.begin() + 100, sealed.end());
     Bytes badTag = tag;
     badTag[0] ^= 1;
     for (const Bytes* t : {&tag, &badTag}) {
