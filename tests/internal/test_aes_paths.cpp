@@ -5,6 +5,7 @@
 // 16-block groups; buffers are unaligned, shared and separate.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstring>
 #include <random>
 #include <vector>
@@ -68,8 +69,8 @@ AesRun RunAes(const char* path, const Bytes& key, int mode, int direction, const
     std::memcpy(&d, &c, sizeof c);
     const size_t first = data.size() / 32 * 16;
     Bytes in(data.size() + offset + 1), out(data.size() + offset + 3), same(data.size() + offset + 2);
-    std::memcpy(in.data() + offset, data.data(), data.size());
-    std::memcpy(same.data() + offset + 1, data.data(), data.size());
+    std::copy(data.begin(), data.end(), in.begin() + long(offset));
+    std::copy(data.begin(), data.end(), same.begin() + long(offset) + 1);
     r.status = AesProcess(&c, out.data() + offset + 2, in.data() + offset, first);
     r.status |= AesProcess(&c, out.data() + offset + 2 + first, in.data() + offset + first, data.size() - first) << 8;
     uint8_t* p = same.data() + offset + 1;
@@ -165,7 +166,7 @@ GcmRun RunGcm(const char* path, const Bytes& key, const Bytes& iv, const Bytes& 
     GcmExpandKey(&t, key.data(), uint32_t(key.size() * 8));
     Bytes buffer(text.size() + 5);
     uint8_t* at = buffer.data() + 1 + text.size() % 3;
-    std::memcpy(at, text.data(), text.size());
+    std::copy(text.begin(), text.end(), at);  // text may be empty, with no data()
     uint8_t tag[16];
     GcmSeal(&t, iv.data(), iv.size(), inPlace ? at : text.data(), text.size(), aad.data(), aad.size(), at, tag);
     r.sealed.assign(at, at + text.size());
