@@ -5,15 +5,19 @@
 // registers (RORX turns them). The vector work of a pair is woven into the
 // rounds of the block before it, where it runs beside them.
 //
-// The whole file is compiled for AVX2 and BMI2; it runs only when the
-// processor has both.
-#pragma GCC target("avx2,bmi2")
-
+// Every function below is compiled for AVX2 and BMI2; they run only when
+// the processor has both.
 #include "digest/digest_x86.h"
 #include <immintrin.h>
 
 #include <cstddef>
 #include <cstdint>
+
+#if defined(__clang__)
+#pragma clang attribute push(__attribute__((target("avx2,bmi2"))), apply_to = function)
+#else
+#pragma GCC target("avx2,bmi2")
+#endif
 
 namespace {
 alignas(64) constexpr uint64_t kK[80] = {
@@ -218,3 +222,7 @@ void Sha512BlocksAvx2(uint64_t h[8], const uint8_t* data, size_t blocks) {
     // owner of the data wipes what is secret.
     PairBlocks(h, data, blocks);
 }
+
+#if defined(__clang__)
+#pragma clang attribute pop
+#endif
