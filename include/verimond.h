@@ -897,7 +897,9 @@ VERIMOND_API int32_t AEAD_EncryptWithTag(unsigned char *out, int32_t outlen,
                                          const unsigned char *aad, int32_t aadlen, int32_t options);
 /* Plaintext bytes (or needed), or a negative code. After -AUTH_FAIL_ERROR the
    plaintext length of out is zero for Ascon, untouched for AES-GCM, and holds
-   unauthenticated plaintext for ChaCha20-Poly1305. */
+   unauthenticated plaintext for ChaCha20-Poly1305. With outlen 0 the call is
+   a size query and checks no tag: to authenticate an empty plaintext, pass
+   outlen 1 or more. */
 VERIMOND_API int32_t AEAD_DecryptWithTag(unsigned char *out, int32_t outlen,
                                          const unsigned char *input, int32_t inlen,
                                          const unsigned char *key, int32_t keylen,
