@@ -3,6 +3,7 @@
 // The order of the checks in each call is part of its contract.
 #include <cstring>
 
+#include "aead/aead_stream.h"
 #include "aead/ascon.h"
 #include "aead/chachapoly.h"
 #include "aead/gcm.h"
@@ -90,13 +91,13 @@ int32_t CheckWithTagKey(int32_t number, int32_t keyLength) {
 
 bool IsGcm(int32_t number) { return number == OPT_AEAD_AES_128_GCM || number == OPT_AEAD_AES_256_GCM; }
 
-// Runs the record call of the slot's algorithm.
-template <typename OnGcm, typename OnChacha>
-int32_t Dispatch(AeadSlot* slot, OnGcm onGcm, OnChacha onChacha) {
+// Runs a call on the slot's record, which is of the slot's algorithm.
+template <typename Call>
+int32_t Dispatch(AeadSlot* slot, Call call) {
     switch (slot->alg) {
         case OPT_AEAD_AES_128_GCM:
-        case OPT_AEAD_AES_256_GCM: return onGcm(&slot->record.gcm);
-        case OPT_AEAD_CHACHA20_POLY1305: return onChacha(&slot->record.chacha);
+        case OPT_AEAD_AES_256_GCM: return call(&slot->record.gcm);
+        case OPT_AEAD_CHACHA20_POLY1305: return call(&slot->record.chacha);
         default: return -INTERNAL_ERROR;
     }
 }
@@ -299,8 +300,7 @@ int32_t AEAD_SetNonce(int32_t handle, const unsigned char* nonce, int32_t noncel
     if (nonce == nullptr || noncelen < 1) return LeaveCall(-BAD_IV_ERROR);
     if (noncelen != 12) return LeaveCall(-BAD_IV_LEN_ERROR);
     return LeaveCall(Dispatch(
-        slot, [&](GcmStream* s) { return GcmStreamSetNonce(s, nonce, noncelen); },
-        [&](ChaChaPolyStream* s) { return ChachaPolyStreamSetNonce(s, nonce, noncelen); }));
+        slot, [&](auto* s) { return AeadSetNonce(s, nonce, noncelen); }));
 }
 
 int32_t AEAD_AddAAD(int32_t handle, const unsigned char* aad, int32_t aadlen) {
@@ -308,15 +308,14 @@ int32_t AEAD_AddAAD(int32_t handle, const unsigned char* aad, int32_t aadlen) {
     AeadSlot* slot = LiveSlot(handle);
     if (slot == nullptr) return LeaveCall(-INVALID_HANDLE_ERROR);
     return LeaveCall(Dispatch(
-        slot, [&](GcmStream* s) { return GcmStreamAddAad(s, aad, aadlen); },
-        [&](ChaChaPolyStream* s) { return ChachaPolyStreamAddAad(s, aad, aadlen); }));
+        slot, [&](auto* s) { return AeadStreamAddAad(s, aad, aadlen); }));
 }
 
 int32_t AEAD_StartEncrypt(int32_t handle) {
     EnterCall();
     AeadSlot* slot = LiveSlot(handle);
     if (slot == nullptr) return LeaveCall(-INVALID_HANDLE_ERROR);
-    return LeaveCall(Dispatch(slot, GcmStreamStartEncrypt, ChachaPolyStreamStartEncrypt));
+    return LeaveCall(Dispatch(slot, [](auto* s) { return AeadStreamStartEncrypt(s); }));
 }
 
 int32_t AEAD_StartDecrypt(int32_t handle, const unsigned char* tag, int32_t taglen) {
@@ -325,8 +324,7 @@ int32_t AEAD_StartDecrypt(int32_t handle, const unsigned char* tag, int32_t tagl
     if (slot == nullptr) return LeaveCall(-INVALID_HANDLE_ERROR);
     if (tag == nullptr || taglen < 1) return LeaveCall(-BAD_PARAM_ERROR);
     return LeaveCall(Dispatch(
-        slot, [&](GcmStream* s) { return GcmStreamStartDecrypt(s, tag, taglen); },
-        [&](ChaChaPolyStream* s) { return ChachaPolyStreamStartDecrypt(s, tag, taglen); }));
+        slot, [&](auto* s) { return AeadStreamStartDecrypt(s, tag, taglen); }));
 }
 
 int32_t AEAD_Update(int32_t handle, unsigned char* out, int32_t outlen, const unsigned char* input, int32_t inlen) {
@@ -337,8 +335,7 @@ int32_t AEAD_Update(int32_t handle, unsigned char* out, int32_t outlen, const un
     // record writes whenever out is present.
     if (input != nullptr && inlen >= 1 && out != nullptr && outlen < inlen) return LeaveCall(-SHORT_BUF_ERROR);
     return LeaveCall(Dispatch(
-        slot, [&](GcmStream* s) { return GcmStreamUpdate(s, out, input, inlen); },
-        [&](ChaChaPolyStream* s) { return ChachaPolyStreamUpdate(s, out, input, inlen); }));
+        slot, [&](auto* s) { return AeadStreamUpdate(s, out, input, inlen); }));
 }
 
 int32_t AEAD_FinishEncrypt(int32_t handle, unsigned char* tag, int32_t taglen) {
@@ -348,15 +345,14 @@ int32_t AEAD_FinishEncrypt(int32_t handle, unsigned char* tag, int32_t taglen) {
     if (tag == nullptr || taglen < 1) return LeaveCall(-BAD_PARAM_ERROR);
     if (taglen < 16) return LeaveCall(-SHORT_BUF_ERROR);
     return LeaveCall(Dispatch(
-        slot, [&](GcmStream* s) { return GcmStreamFinishEncrypt(s, tag, taglen); },
-        [&](ChaChaPolyStream* s) { return ChachaPolyStreamFinishEncrypt(s, tag, taglen); }));
+        slot, [&](auto* s) { return AeadStreamFinishEncrypt(s, tag, taglen); }));
 }
 
 int32_t AEAD_FinishDecrypt(int32_t handle) {
     EnterCall();
     AeadSlot* slot = LiveSlot(handle);
     if (slot == nullptr) return LeaveCall(-INVALID_HANDLE_ERROR);
-    return LeaveCall(Dispatch(slot, GcmStreamFinishDecrypt, ChachaPolyStreamFinishDecrypt));
+    return LeaveCall(Dispatch(slot, [](auto* s) { return AeadStreamFinishDecrypt(s); }));
 }
 
 int32_t AEAD_Destroy(int32_t handle) {
@@ -364,9 +360,7 @@ int32_t AEAD_Destroy(int32_t handle) {
     StirEntropy(0);
     AeadSlot* slot = LiveSlot(handle);
     if (slot == nullptr) return LeaveCall(-INVALID_HANDLE_ERROR);
-    int32_t status = Dispatch(
-        slot, [](GcmStream* s) { GcmStreamDestroy(s); return 0; },
-        [](ChaChaPolyStream* s) { ChachaPolyStreamDestroy(s); return 0; });
+    int32_t status = Dispatch(slot, [](auto* s) { AeadStreamDestroy(s); return 0; });
     WipeObject(*slot);
     slot->handle = 0;
     return LeaveCall(status);

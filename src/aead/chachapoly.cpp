@@ -2,14 +2,13 @@
 
 #include <cstring>
 
+#include "aead/aead_stream.h"
 #include "util/bytes.h"
 #include "util/ct.h"
 #include "util/wipe.h"
 #include "verimond.h"
 
 namespace {
-enum : uint32_t { kKeySet = 1, kNonceSet = 2, kEncrypting = 3, kDecrypting = 4 };
-
 void PadTo16(Poly1305Context* poly, uint64_t count) {
     static const uint8_t zeros[16] = {};
     Poly1305Update(poly, zeros, size_t((16 - count % 16) % 16));
@@ -29,8 +28,15 @@ void StartPoly(Poly1305Context* poly, const uint8_t* key, int32_t keyLength, con
     Poly1305Init(poly, otk);
     SecureWipe(otk, sizeof otk);
 }
+}  // namespace
 
-void KeystreamXor(ChaChaPolyStream* s, const uint8_t* input, uint8_t* out, size_t length) {
+void AeadAuthenticate(ChaChaPolyStream* s, const uint8_t* data, size_t length) {
+    Poly1305Update(&s->poly, data, length);
+}
+
+void AeadPadTo16(ChaChaPolyStream* s, uint64_t count) { PadTo16(&s->poly, count); }
+
+void AeadXor(ChaChaPolyStream* s, const uint8_t* input, uint8_t* out, size_t length) {
     if (s->keystreamPos != 0) {
         while (length != 0 && s->keystreamPos < 64) {
             *out++ = uint8_t(*input++ ^ s->keystream[s->keystreamPos++]);
@@ -53,7 +59,7 @@ void KeystreamXor(ChaChaPolyStream* s, const uint8_t* input, uint8_t* out, size_
     }
 }
 
-void Finish(ChaChaPolyStream* s, uint8_t tag[16]) {
+void AeadFinish(ChaChaPolyStream* s, uint8_t tag[16]) {
     PadTo16(&s->poly, s->textLen);
     FeedLengths(&s->poly, s->aadLen, s->textLen);
     Poly1305Final(&s->poly, tag);
@@ -63,7 +69,6 @@ void Finish(ChaChaPolyStream* s, uint8_t tag[16]) {
     s->keystreamPos = 0;
     SecureWipe(s->keystream, sizeof s->keystream);
 }
-}  // namespace
 
 void ChachaPolyKey(uint8_t otk[32], const uint8_t* key, int32_t keyLength, const uint8_t* nonce,
                    int32_t nonceLength) {
@@ -134,92 +139,18 @@ int32_t ChachaPolyStreamInit(ChaChaPolyStream* s, const uint8_t* key, int32_t ke
     WipeObject(*s);
     if (key == nullptr || keyLength != 32) return -BAD_PARAM_ERROR;
     std::memcpy(s->key, key, 32);
-    s->state = kKeySet;
+    s->state = kAeadKeySet;
     return 0;
 }
 
-int32_t ChachaPolyStreamSetNonce(ChaChaPolyStream* s, const uint8_t* nonce, int32_t nonceLength) {
-    if (s->state != kKeySet) return -MISUSE_ERROR;
+int32_t AeadSetNonce(ChaChaPolyStream* s, const uint8_t* nonce, int32_t nonceLength) {
+    if (s->state != kAeadKeySet) return -MISUSE_ERROR;
     if (nonce == nullptr || nonceLength != 12) return -BAD_PARAM_ERROR;
     StartPoly(&s->poly, s->key, 32, nonce, nonceLength);
     Chacha20Setup(&s->chacha, s->key, 32, nonce, nonceLength, 1);
     s->keystreamPos = 0;
     s->aadLen = 0;
     s->textLen = 0;
-    s->state = kNonceSet;
+    s->state = kAeadNonceSet;
     return 0;
-}
-
-int32_t ChachaPolyStreamAddAad(ChaChaPolyStream* s, const uint8_t* aad, int32_t aadLength) {
-    if (s->state != kNonceSet) return -MISUSE_ERROR;
-    if (aad == nullptr || aadLength == 0) return 0;
-    if (aadLength < 0) return -BAD_PARAM_ERROR;
-    Poly1305Update(&s->poly, aad, size_t(aadLength));
-    s->aadLen += uint64_t(aadLength);
-    return 0;
-}
-
-int32_t ChachaPolyStreamStartEncrypt(ChaChaPolyStream* s) {
-    if (s->state != kNonceSet) return -MISUSE_ERROR;
-    PadTo16(&s->poly, s->aadLen);
-    s->textLen = 0;
-    s->state = kEncrypting;
-    return 0;
-}
-
-int32_t ChachaPolyStreamStartDecrypt(ChaChaPolyStream* s, const uint8_t* tag, int32_t tagLength) {
-    if (s->state != kNonceSet) return -MISUSE_ERROR;
-    if (tag == nullptr || tagLength < 4) return -BAD_PARAM_ERROR;
-    uint32_t n = tagLength > 16 ? 16 : uint32_t(tagLength);
-    std::memcpy(s->expectedTag, tag, n);
-    s->expectedTagLen = n;
-    PadTo16(&s->poly, s->aadLen);
-    s->textLen = 0;
-    s->state = kDecrypting;
-    return 0;
-}
-
-int32_t ChachaPolyStreamUpdate(ChaChaPolyStream* s, uint8_t* out, const uint8_t* input, int32_t inputLength) {
-    if (s->state != kEncrypting && s->state != kDecrypting) return -MISUSE_ERROR;
-    if (inputLength < 0 || (input == nullptr && inputLength > 0)) return -BAD_PARAM_ERROR;
-    size_t length = size_t(inputLength);
-    if (s->state == kEncrypting) {
-        if (out == nullptr && length != 0) return -BAD_PARAM_ERROR;
-        if (length == 0) return 0;
-        KeystreamXor(s, input, out, length);
-        Poly1305Update(&s->poly, out, length);
-    } else if (s->state == kDecrypting) {
-        if (length == 0) return 0;
-        Poly1305Update(&s->poly, input, length);
-        if (out != nullptr) KeystreamXor(s, input, out, length);
-    }
-    s->textLen += length;
-    return 0;
-}
-
-int32_t ChachaPolyStreamFinishEncrypt(ChaChaPolyStream* s, uint8_t* tag, int32_t tagLength) {
-    if (s->state != kEncrypting) return -MISUSE_ERROR;
-    if (tag == nullptr || tagLength < 16) return -BAD_PARAM_ERROR;
-    uint8_t computed[16];
-    Finish(s, computed);
-    s->state = kKeySet;
-    std::memcpy(tag, computed, 16);
-    SecureWipe(computed, sizeof computed);
-    return 0;
-}
-
-int32_t ChachaPolyStreamFinishDecrypt(ChaChaPolyStream* s) {
-    if (s->state != kDecrypting) return -MISUSE_ERROR;
-    uint8_t computed[16];
-    Finish(s, computed);
-    s->state = kKeySet;
-    int equal = CtEqual(computed, s->expectedTag, s->expectedTagLen);
-    SecureWipe(computed, sizeof computed);
-    return equal ? 0 : -AUTH_FAIL_ERROR;
-}
-
-void ChachaPolyStreamDestroy(ChaChaPolyStream* s) {
-    SecureWipe(s->key, sizeof s->key);
-    WipeObject(*s);
-    s->state = 0;
 }

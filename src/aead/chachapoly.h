@@ -36,13 +36,11 @@ int32_t ChachaPolyOpen(uint8_t* out, const uint8_t* input, int32_t inputLength, 
                        int32_t keyLength, const uint8_t* nonce, int32_t nonceLength, const uint8_t* aad,
                        int32_t aadLength, const uint8_t* tag, int32_t tagLength);
 
-// Incremental record; results 0 or minus a code (MISUSE_ERROR out of order).
+// Incremental record: Init and SetNonce, results 0 or minus a code; the
+// other calls are those of aead/aead_stream.h over the operations below.
 int32_t ChachaPolyStreamInit(ChaChaPolyStream* s, const uint8_t* key, int32_t keyLength);
-int32_t ChachaPolyStreamSetNonce(ChaChaPolyStream* s, const uint8_t* nonce, int32_t nonceLength);
-int32_t ChachaPolyStreamAddAad(ChaChaPolyStream* s, const uint8_t* aad, int32_t aadLength);
-int32_t ChachaPolyStreamStartEncrypt(ChaChaPolyStream* s);
-int32_t ChachaPolyStreamStartDecrypt(ChaChaPolyStream* s, const uint8_t* tag, int32_t tagLength);
-int32_t ChachaPolyStreamUpdate(ChaChaPolyStream* s, uint8_t* out, const uint8_t* input, int32_t inputLength);
-int32_t ChachaPolyStreamFinishEncrypt(ChaChaPolyStream* s, uint8_t* tag, int32_t tagLength);
-int32_t ChachaPolyStreamFinishDecrypt(ChaChaPolyStream* s);
-void ChachaPolyStreamDestroy(ChaChaPolyStream* s);
+int32_t AeadSetNonce(ChaChaPolyStream* s, const uint8_t* nonce, int32_t nonceLength);
+void AeadAuthenticate(ChaChaPolyStream* s, const uint8_t* data, size_t length);
+void AeadPadTo16(ChaChaPolyStream* s, uint64_t count);
+void AeadXor(ChaChaPolyStream* s, const uint8_t* input, uint8_t* out, size_t length);
+void AeadFinish(ChaChaPolyStream* s, uint8_t tag[16]);

@@ -81,15 +81,12 @@ int32_t GcmAeadDecrypt(uint8_t* out, int32_t outputLength, const uint8_t* input,
                        const uint8_t* key, int32_t keyLength, const uint8_t* nonce, int32_t nonceLength,
                        const uint8_t* aad, int32_t aadLength, const uint8_t* tag, int32_t tagLength);
 
-// --- incremental record (gcm_stream.cpp); results 0 or minus a code ---
+// --- incremental record (gcm_stream.cpp) ---
+// Init and SetNonce, results 0 or minus a code; the other calls are those of
+// aead/aead_stream.h over the operations below.
 int32_t GcmStreamInit(GcmStream* s, const uint8_t* key, int32_t keyLength);
-int32_t GcmStreamSetNonce(GcmStream* s, const uint8_t* nonce, int32_t nonceLength);
-int32_t GcmStreamAddAad(GcmStream* s, const uint8_t* aad, int32_t aadLength);
-int32_t GcmStreamStartEncrypt(GcmStream* s);
-int32_t GcmStreamStartDecrypt(GcmStream* s, const uint8_t* tag, int32_t tagLength);
-// Decrypting with no output only hashes the input.
-int32_t GcmStreamUpdate(GcmStream* s, uint8_t* out, const uint8_t* input, int32_t inputLength);
-int32_t GcmStreamFinishEncrypt(GcmStream* s, uint8_t* tag, int32_t tagLength);
-// Back to key set whatever the outcome; -AUTH_FAIL_ERROR on a mismatch.
-int32_t GcmStreamFinishDecrypt(GcmStream* s);
-void GcmStreamDestroy(GcmStream* s);
+int32_t AeadSetNonce(GcmStream* s, const uint8_t* nonce, int32_t nonceLength);
+void AeadAuthenticate(GcmStream* s, const uint8_t* data, size_t length);
+void AeadPadTo16(GcmStream* s, uint64_t count);
+void AeadXor(GcmStream* s, const uint8_t* input, uint8_t* out, size_t length);
+void AeadFinish(GcmStream* s, uint8_t tag[16]);

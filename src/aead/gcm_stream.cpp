@@ -5,6 +5,7 @@
 // (gcm_x86.h) take that path for hashing and key stream alike.
 #include <cstring>
 
+#include "aead/aead_stream.h"
 #include "aead/gcm.h"
 #include "aead/gcm_x86.h"
 #include "aead/ghash.h"
@@ -14,8 +15,6 @@
 #include "verimond.h"
 
 namespace {
-enum : uint32_t { kKeySet = 1, kNonceSet = 2, kEncrypting = 3, kDecrypting = 4 };
-
 void HashBlocks(GcmStream* s, const uint8_t* data, size_t blocks) {
     if (s->tables.clmul == 1) {
         GcmClmulHash(&s->tables, s->ghash, data, blocks);
@@ -23,8 +22,9 @@ void HashBlocks(GcmStream* s, const uint8_t* data, size_t blocks) {
     }
     for (; blocks != 0; --blocks, data += 16) GhashBlock(s->ghash, s->tables.table, data);
 }
+}  // namespace
 
-void Absorb(GcmStream* s, const uint8_t* data, size_t length) {
+void AeadAuthenticate(GcmStream* s, const uint8_t* data, size_t length) {
     if (s->pendingLen != 0) {
         size_t take = 16 - s->pendingLen;
         if (take > length) take = length;
@@ -46,12 +46,12 @@ void Absorb(GcmStream* s, const uint8_t* data, size_t length) {
 }
 
 // Zero bytes through the buffer up to the next multiple of 16 of count.
-void PadTo16(GcmStream* s, uint64_t count) {
+void AeadPadTo16(GcmStream* s, uint64_t count) {
     static const uint8_t zeros[16] = {};
-    Absorb(s, zeros, size_t((16 - count % 16) % 16));
+    AeadAuthenticate(s, zeros, size_t((16 - count % 16) % 16));
 }
 
-void KeystreamXor(GcmStream* s, const uint8_t* input, uint8_t* out, size_t length) {
+void AeadXor(GcmStream* s, const uint8_t* input, uint8_t* out, size_t length) {
     if (s->keystreamPos != 0) {
         while (length != 0 && s->keystreamPos < 16) {
             *out++ = uint8_t(*input++ ^ s->keystream[s->keystreamPos++]);
@@ -86,31 +86,30 @@ void KeystreamXor(GcmStream* s, const uint8_t* input, uint8_t* out, size_t lengt
     }
 }
 
-void Finish(GcmStream* s, uint8_t tag[16]) {
-    PadTo16(s, s->textLen);
+void AeadFinish(GcmStream* s, uint8_t tag[16]) {
+    AeadPadTo16(s, s->textLen);
     uint8_t lengths[16];
     Store64Be(lengths, s->aadLen * 8);
     Store64Be(lengths + 8, s->textLen * 8);
-    Absorb(s, lengths, 16);
+    AeadAuthenticate(s, lengths, 16);
     for (int k = 0; k < 4; ++k) Store32Be(tag + 4 * k, s->ghash[k] ^ s->encJ0[k]);
     s->aadLen = 0;
     s->textLen = 0;
     s->keystreamPos = 0;
     SecureWipe(s->keystream, sizeof s->keystream);
 }
-}  // namespace
 
 int32_t GcmStreamInit(GcmStream* s, const uint8_t* key, int32_t keyLength) {
     WipeObject(*s);
     if (key == nullptr || (keyLength != 16 && keyLength != 24 && keyLength != 32)) return -BAD_PARAM_ERROR;
     std::memcpy(s->key, key, size_t(keyLength));
     s->keyBits = uint32_t(keyLength) * 8;
-    s->state = kKeySet;
+    s->state = kAeadKeySet;
     return 0;
 }
 
-int32_t GcmStreamSetNonce(GcmStream* s, const uint8_t* nonce, int32_t nonceLength) {
-    if (s->state != kKeySet) return -MISUSE_ERROR;
+int32_t AeadSetNonce(GcmStream* s, const uint8_t* nonce, int32_t nonceLength) {
+    if (s->state != kAeadKeySet) return -MISUSE_ERROR;
     if (nonce == nullptr || nonceLength != 12) return -BAD_PARAM_ERROR;
     GcmWipeKeyTables(&s->tables);
     std::memset(s->pending, 0, sizeof s->pending);
@@ -129,82 +128,7 @@ int32_t GcmStreamSetNonce(GcmStream* s, const uint8_t* nonce, int32_t nonceLengt
     }
     for (int k = 0; k < 4; ++k) s->encJ0[k] = Load32Be(j0 + 4 * k);
     SecureWipe(j0, sizeof j0);
-    s->state = kNonceSet;
-    return 0;
-}
-
-int32_t GcmStreamAddAad(GcmStream* s, const uint8_t* aad, int32_t aadLength) {
-    if (s->state != kNonceSet) return -MISUSE_ERROR;
-    if (aad == nullptr || aadLength == 0) return 0;
-    if (aadLength < 0) return -BAD_PARAM_ERROR;
-    Absorb(s, aad, size_t(aadLength));
-    s->aadLen += uint64_t(aadLength);
-    return 0;
-}
-
-int32_t GcmStreamStartEncrypt(GcmStream* s) {
-    if (s->state != kNonceSet) return -MISUSE_ERROR;
-    PadTo16(s, s->aadLen);
-    s->textLen = 0;
     s->counter = 1;
-    s->state = kEncrypting;
+    s->state = kAeadNonceSet;
     return 0;
-}
-
-int32_t GcmStreamStartDecrypt(GcmStream* s, const uint8_t* tag, int32_t tagLength) {
-    if (s->state != kNonceSet) return -MISUSE_ERROR;
-    if (tag == nullptr || tagLength < 4) return -BAD_PARAM_ERROR;
-    uint32_t n = tagLength > 16 ? 16 : uint32_t(tagLength);
-    std::memcpy(s->expectedTag, tag, n);
-    s->expectedTagLen = n;
-    PadTo16(s, s->aadLen);
-    s->textLen = 0;
-    s->counter = 1;
-    s->state = kDecrypting;
-    return 0;
-}
-
-int32_t GcmStreamUpdate(GcmStream* s, uint8_t* out, const uint8_t* input, int32_t inputLength) {
-    if (s->state != kEncrypting && s->state != kDecrypting) return -MISUSE_ERROR;
-    if (inputLength < 0 || (input == nullptr && inputLength > 0)) return -BAD_PARAM_ERROR;
-    size_t length = size_t(inputLength);
-    if (s->state == kEncrypting) {
-        if (out == nullptr && length != 0) return -BAD_PARAM_ERROR;
-        if (length == 0) return 0;
-        KeystreamXor(s, input, out, length);
-        Absorb(s, out, length);
-    } else if (s->state == kDecrypting) {
-        if (length == 0) return 0;
-        Absorb(s, input, length);  // first: out may be the same buffer
-        if (out != nullptr) KeystreamXor(s, input, out, length);
-    }
-    s->textLen += length;
-    return 0;
-}
-
-int32_t GcmStreamFinishEncrypt(GcmStream* s, uint8_t* tag, int32_t tagLength) {
-    if (s->state != kEncrypting) return -MISUSE_ERROR;
-    if (tag == nullptr || tagLength < 16) return -BAD_PARAM_ERROR;
-    uint8_t computed[16];
-    Finish(s, computed);
-    s->state = kKeySet;
-    std::memcpy(tag, computed, 16);
-    SecureWipe(computed, sizeof computed);
-    return 0;
-}
-
-int32_t GcmStreamFinishDecrypt(GcmStream* s) {
-    if (s->state != kDecrypting) return -MISUSE_ERROR;
-    uint8_t computed[16];
-    Finish(s, computed);
-    s->state = kKeySet;
-    int equal = CtEqual(computed, s->expectedTag, s->expectedTagLen);
-    SecureWipe(computed, sizeof computed);
-    return equal ? 0 : -AUTH_FAIL_ERROR;
-}
-
-void GcmStreamDestroy(GcmStream* s) {
-    SecureWipe(s->key, sizeof s->key);
-    WipeObject(*s);
-    s->state = 0;
 }

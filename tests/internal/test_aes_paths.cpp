@@ -10,6 +10,7 @@
 #include <random>
 #include <vector>
 
+#include "aead/aead_stream.h"
 #include "aead/gcm.h"
 #include "block/block.h"
 #include "util/cpu.h"
@@ -280,25 +281,25 @@ void RunStreams(size_t keyLength, size_t aadLength, size_t textLength, bool decr
     };
     each([&](int p) {
         ASSERT_EQ(GcmStreamInit(&s[p], key.data(), int32_t(keyLength)), 0);
-        ASSERT_EQ(GcmStreamSetNonce(&s[p], nonce.data(), 12), 0);
+        ASSERT_EQ(AeadSetNonce(&s[p], nonce.data(), 12), 0);
         out[p].assign(textLength, 0);
     });
     for (size_t at = 0, k = 0; at < aadLength; at += aadCuts[k++]) {
-        each([&](int p) { GcmStreamAddAad(&s[p], aad.data() + at, int32_t(std::min(aadCuts[k], aadLength - at))); });
+        each([&](int p) { AeadStreamAddAad(&s[p], aad.data() + at, int32_t(std::min(aadCuts[k], aadLength - at))); });
     }
     each([&](int p) {
-        ASSERT_EQ(decrypt ? GcmStreamStartDecrypt(&s[p], tag.data(), 16) : GcmStreamStartEncrypt(&s[p]), 0);
+        ASSERT_EQ(decrypt ? AeadStreamStartDecrypt(&s[p], tag.data(), 16) : AeadStreamStartEncrypt(&s[p]), 0);
         if (counterStart != 0) s[p].counter = counterStart;
     });
     for (size_t at = 0, k = 0; at < textLength; at += textCuts[k++]) {
         const size_t n = std::min(textCuts[k], textLength - at);
         each([&](int p) {
-            ASSERT_EQ(GcmStreamUpdate(&s[p], out[p].data() + at, text.data() + at, int32_t(n)), 0);
+            ASSERT_EQ(AeadStreamUpdate(&s[p], out[p].data() + at, text.data() + at, int32_t(n)), 0);
             if (p != 0) ExpectSameRecord(s[p], s[0], "piece at " + std::to_string(at));
         });
     }
     each([&](int p) {
-        finish[p] = decrypt ? GcmStreamFinishDecrypt(&s[p]) : GcmStreamFinishEncrypt(&s[p], finalTag[p], 16);
+        finish[p] = decrypt ? AeadStreamFinishDecrypt(&s[p]) : AeadStreamFinishEncrypt(&s[p], finalTag[p], 16);
     });
     for (int p = 1; p < 3; ++p) {
         const std::string what = std::string(PathName(kPaths[p])) + " aad " + std::to_string(aadLength) +
@@ -308,7 +309,7 @@ void RunStreams(size_t keyLength, size_t aadLength, size_t textLength, bool decr
         EXPECT_EQ(std::memcmp(finalTag[p], finalTag[0], 16), 0) << what;
         ExpectSameRecord(s[p], s[0], what + " after finish");
     }
-    for (auto& r : s) GcmStreamDestroy(&r);
+    for (auto& r : s) AeadStreamDestroy(&r);
 }
 
 TEST_F(CpuPaths, GcmRecordAgreesPieceByPiece) {
