@@ -83,19 +83,6 @@ TEST(Compress, RoundTripsQueriesAndShortOutputs) {
     }
 }
 
-TEST(Compress, ArgumentScreening) {
-    uint8_t in[4] = {1, 2, 3, 4}, out[64];
-    EXPECT_EQ(ZLIB_Deflate(nullptr, 0, nullptr, 4), -BAD_PARAM_ERROR);  // not a size
-    EXPECT_EQ(ZLIB_Deflate(out, 64, in, -1), -BAD_PARAM_ERROR);
-    EXPECT_EQ(ZLIB_Inflate(nullptr, -5, in, 4), -BAD_PARAM_ERROR);
-    EXPECT_EQ(COMPR_Compress(out, 64, nullptr, -1, 2), -BAD_FLAG_ERROR);  // before the input is looked at
-    EXPECT_EQ(COMPR_Uncompress(out, 64, in, 4, 15), -BAD_FLAG_ERROR);
-    EXPECT_EQ(COMPR_Compress(out, 64, nullptr, 4, kZstd), -BAD_PARAM_ERROR);
-    EXPECT_EQ(COMPR_Uncompress(out, -1, in, 4, kZstd), -BAD_PARAM_ERROR);
-    EXPECT_EQ(API_ErrorCode(), BAD_PARAM_ERROR);
-    EXPECT_EQ(COMPR_Compress(nullptr, 0, in, 4, 0x10 | kZstd), COMPR_Compress(nullptr, 0, in, 4, kZstd));
-}
-
 TEST(Compress, CorruptTruncatedAndHostileStreams) {
     ByteVector plain = Sample(3000, true);
     ByteVector zlib(4000), zstd(4000);

@@ -40,45 +40,6 @@ const uint8_t kIv16[16] = {0xa0, 0xa1, 0xa2, 0xa3, 0xa4, 0xa5, 0xa6, 0xa7,
                            0xa8, 0xa9, 0xaa, 0xab, 0xac, 0xad, 0xae, 0xaf};
 }  // namespace
 
-TEST(StreamVectors, ChaCha20BlockAndEncryptionFromRfc8439) {
-    auto records = ReadVectorFile("rfc/rfc8439_chacha20_poly1305.txt");
-    int checked = 0;
-    for (const auto& r : records) {
-        bool block = r.section.count("ChaCha20 block function") != 0;
-        bool encryption = r.section.count("ChaCha20 encryption") != 0;
-        if (!block && !encryption) continue;
-        ByteVec key = r.Bytes("KEY"), nonce = r.Bytes("NONCE");
-        ByteVec input = block ? ByteVec(64, 0) : r.Bytes("PLAINTEXT");
-        ByteVec expected = block ? r.Bytes("BLOCK") : r.Bytes("CIPHERTEXT");
-        ByteVec out(input.size());
-        ASSERT_EQ(CIPHER_StreamBytes(out.data(), input.data(), int32_t(input.size()), key.data(), 32, nonce.data(),
-                                     12, uint32_t(r.Int("COUNTER")), OPT_STREAM_CHACHA20),
-                  0)
-            << "line " << r.line;
-        EXPECT_EQ(ToHex(out), ToHex(expected)) << "line " << r.line;
-        ++checked;
-    }
-    EXPECT_EQ(checked, 10);
-}
-
-TEST(StreamVectors, Salsa20FromZeroBlock) {
-    // Only the records that start at block 0: the API has no counter for Salsa20.
-    int checked = 0;
-    for (const auto& r : ReadVectorFile("estream/salsa20_verified_subset.txt")) {
-        if (r.Get("COUNTER") != "0000000000000000") continue;
-        ByteVec key = r.Bytes("KEY"), iv = r.Bytes("IV"), expected = r.Bytes("STREAM");
-        size_t offset = size_t(r.Int("OFFSET"));
-        ByteVec zeros(offset + 64, 0), out(zeros.size());
-        // The counter argument is ignored for Salsa20.
-        ASSERT_EQ(CIPHER_StreamBytes(out.data(), zeros.data(), int32_t(zeros.size()), key.data(),
-                                     int32_t(key.size()), iv.data(), 8, 5, OPT_STREAM_SALSA20),
-                  0);
-        EXPECT_EQ(ToHex(out.data() + offset, 64), ToHex(expected)) << "line " << r.line;
-        ++checked;
-    }
-    EXPECT_EQ(checked, 5);
-}
-
 TEST(StreamVectors, ArcfourByBothFamilies) {
     int checked = 0;
     for (const auto& r : ReadVectorFile("rfc/rfc6229_arcfour_subset.txt")) {
@@ -178,44 +139,6 @@ TEST(StreamIncremental, HandleRules) {
         EXPECT_EQ(API_ErrorCode(), c.latched) << "options " << c.options << " keylen " << c.keylen;
         EXPECT_EQ(CIPHER_StreamUpdate(live, buf, buf, 8), -INVALID_HANDLE_ERROR);
     }
-}
-
-TEST(StreamBytes, ResultsForBadArguments) {
-    uint8_t out[16] = {}, in[16] = {};
-    struct Case {
-        const char* what;
-        uint8_t* out;
-        int32_t inlen;
-        const uint8_t* key;
-        int32_t keylen;
-        const uint8_t* iv;
-        int32_t ivlen, options, expected;
-    };
-    const Case cases[] = {
-        {"unknown cipher", out, 16, kKey32, 32, kIv16, 12, 0, -BAD_FLAG_ERROR},
-        {"only the low four bits count", out, 16, kKey32, 32, kIv16, 12, 0x13, 0},
-        {"ARCFOUR negative length is +6", out, -1, kKey32, 5, nullptr, 0, OPT_STREAM_ARCFOUR, BAD_PARAM_ERROR},
-        {"ARCFOUR negative key length", out, 16, kKey32, -1, nullptr, 0, OPT_STREAM_ARCFOUR, BAD_PARAM_ERROR},
-        {"ARCFOUR empty key", out, 16, kKey32, 0, nullptr, 0, OPT_STREAM_ARCFOUR, BAD_PARAM_ERROR},
-        {"ARCFOUR absent key", out, 16, nullptr, 5, nullptr, 0, OPT_STREAM_ARCFOUR, BAD_PARAM_ERROR},
-        {"Salsa20 24-byte key", out, 16, kKey32, 24, kIv16, 8, OPT_STREAM_SALSA20, -BAD_KEY_LEN_ERROR},
-        {"Salsa20 12-byte IV", out, 16, kKey32, 32, kIv16, 12, OPT_STREAM_SALSA20, -51},
-        {"Salsa20 absent IV", out, 16, kKey32, 32, nullptr, 8, OPT_STREAM_SALSA20, -51},
-        {"Salsa20 absent output", nullptr, 16, kKey32, 32, kIv16, 8, OPT_STREAM_SALSA20, -BAD_PARAM_ERROR},
-        {"ChaCha20 24-byte key", out, 16, kKey32, 24, kIv16, 12, OPT_STREAM_CHACHA20, -BAD_KEY_LEN_ERROR},
-        {"ChaCha20 absent key", out, 16, nullptr, 32, kIv16, 12, OPT_STREAM_CHACHA20, -BAD_KEY_LEN_ERROR},
-        {"ChaCha20 10-byte IV", out, 16, kKey32, 32, kIv16, 10, OPT_STREAM_CHACHA20, -BAD_IV_LEN_ERROR},
-        {"ChaCha20 absent IV", out, 16, kKey32, 32, nullptr, 12, OPT_STREAM_CHACHA20, -BAD_IV_LEN_ERROR},
-        {"ChaCha20 negative length", out, -5, kKey32, 32, kIv16, 12, OPT_STREAM_CHACHA20, -BAD_PARAM_ERROR},
-        {"ChaCha20 empty message", nullptr, 0, kKey32, 32, kIv16, 12, OPT_STREAM_CHACHA20, 0},
-    };
-    for (const Case& c : cases) {
-        EXPECT_EQ(CIPHER_StreamBytes(c.out, in, c.inlen, c.key, c.keylen, c.iv, c.ivlen, 0, c.options), c.expected)
-            << c.what;
-        EXPECT_EQ(API_ErrorCode(), c.expected < 0 ? -c.expected : c.expected) << c.what;
-    }
-    EXPECT_EQ(PC1_Bytes(out, in, -1, kKey32, 5), BAD_PARAM_ERROR);
-    EXPECT_EQ(PC1_Bytes(out, in, 16, kKey32, 0), BAD_PARAM_ERROR);
 }
 
 TEST(StreamHex, ResultsAndOrderOfChecks) {
