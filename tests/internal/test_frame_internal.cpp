@@ -1,22 +1,18 @@
 // White-box checks of the frame: registry counters, handles, the report path.
 #include <gtest/gtest.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <atomic>
-#include <cstdio>
 #include <cstdlib>
 #include <fstream>
-#include <sstream>
 #include <string>
 #include <thread>
 #include <vector>
 
+#include "child_run.h"
 #include "frame/errors.h"
 #include "frame/frame.h"
 #include "frame/memory.h"
 #include "util/tinymt.h"
-#include "util/wipe.h"
 
 TEST(Registry, ThreadsBeyondTheTableStillGetRecords) {
     constexpr int kThreads = kRegistrySlots + 12;
@@ -81,65 +77,31 @@ TEST(TinyMt, ReferenceSequenceForSeedOne) {
     for (uint32_t e : expected) EXPECT_EQ(TinyMt32Next(&s), e);
 }
 
-TEST(Wipe, ZeroesEveryLength) {
-    for (size_t n = 0; n <= 64; ++n) {
-        std::vector<unsigned char> buf(n + 2, 0xA5);
-        SecureWipe(buf.data() + 1, n);
-        EXPECT_EQ(buf[0], 0xA5);
-        EXPECT_EQ(buf[n + 1], 0xA5);
-        for (size_t i = 1; i <= n; ++i) EXPECT_EQ(buf[i], 0) << n;
-    }
-}
+TEST(Report, RecordsExitsAndTheSwitchForTheLog) {
+    const auto npos = std::string::npos;
+    ChildOutcome child = RunInChild([] { return SafeAlloc(0x40000000u) != nullptr ? 20 : 10; });
+    EXPECT_EQ(child.exitStatus, 1);
+    EXPECT_NE(child.log.find("\nVerimond (c000029a) malloc request is too big.\n"), npos) << child.log;
+    EXPECT_EQ(child.log.find('\n'), 24u) << child.log;  // the ctime text: "Www Mmm dd hh:mm:ss yyyy"
+    child = RunInChild([] { return SafeZeroAlloc(0x40000000u) != nullptr ? 20 : 10; });
+    EXPECT_EQ(child.exitStatus, 1);
+    EXPECT_NE(child.log.find("calloc request is too big."), npos);
 
-namespace {
-// Runs body in a child with the options file given; returns the exit status
-// and the log file's contents.
-std::pair<int, std::string> RunFatalChild(const std::string& options, void (*body)()) {
-    char dir[] = "/tmp/verimond-report-XXXXXX";
-    if (mkdtemp(dir) == nullptr) return {-1, ""};
-    std::string optionsPath = std::string(dir) + "/options";
-    {
-        std::ofstream f(optionsPath);
-        f << "ErrorLogDir=" << dir << "\nNoMessageBox=1\n" << options;
-    }
-    pid_t pid = fork();
-    if (pid == 0) {
-        setenv("VERIMOND_OPTIONS", optionsPath.c_str(), 1);
-        body();
-        _exit(0);
-    }
-    int status = 0;
-    waitpid(pid, &status, 0);
-    std::ifstream log(std::string(dir) + "/apierr.log");
-    std::stringstream text;
-    text << log.rdbuf();
-    std::remove((std::string(dir) + "/apierr.log").c_str());
-    std::remove(optionsPath.c_str());
-    rmdir(dir);
-    return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, text.str()};
-}
-}  // namespace
+    // A report that is not fatal returns.
+    child = RunInChild([] {
+        ReportFatal("only reported", 0xC0001F46u);
+        return 0;
+    });
+    EXPECT_EQ(child.exitStatus, 0);
+    EXPECT_NE(child.log.find("Verimond (c0001f46) only reported\n"), npos) << child.log;
+    EXPECT_EQ(child.console, "Verimond: only reported\n");
 
-TEST(Report, FatalAllocationWritesTheRecordAndExitsWithOne) {
-    auto [status, log] = RunFatalChild("", [] { SafeAlloc(0x40000000u); });
-    EXPECT_EQ(status, 1);
-    EXPECT_NE(log.find("\nVerimond (c000029a) malloc request is too big.\n"), std::string::npos) << log;
-    // The first line is the ctime text: "Www Mmm dd hh:mm:ss yyyy".
-    EXPECT_EQ(log.find('\n'), 24u) << log;
-
-    auto [status2, log2] = RunFatalChild("", [] { SafeZeroAlloc(0x40000000u); });
-    EXPECT_EQ(status2, 1);
-    EXPECT_NE(log2.find("calloc request is too big."), std::string::npos);
-}
-
-TEST(Report, NoErrorLogSkipsTheFile) {
-    auto [status, log] = RunFatalChild("NoErrorLog=1\n", [] { FatalExit("test message"); });
-    EXPECT_EQ(status, 1);
-    EXPECT_EQ(log, "");
-}
-
-TEST(Report, NonFatalReportReturns) {
-    auto [status, log] = RunFatalChild("", [] { ReportFatal("only reported", 0xC0001F46u); });
-    EXPECT_EQ(status, 0);
-    EXPECT_NE(log.find("Verimond (c0001f46) only reported\n"), std::string::npos) << log;
+    child = RunInChild([] {
+        std::ofstream(std::getenv("VERIMOND_OPTIONS"), std::ios::app) << "NoErrorLog=1\nNoMessageBox=1\n";
+        FatalExit("test message");
+        return 0;
+    });
+    EXPECT_EQ(child.exitStatus, 1);
+    EXPECT_EQ(child.log, "");
+    EXPECT_EQ(child.console, "");
 }
