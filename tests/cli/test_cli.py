@@ -1,5 +1,5 @@
-"""The verimond tool driven as a user would: results against Python's own
-hashlib, hmac and zlib, round trips, and the exit-status and message
+"""The verimond tool driven as a user would: each command against Python's
+hashlib, hmac and zlib or by its round trip, and the exit-status and message
 conventions. VERIMOND_CLI names the program."""
 import hashlib
 import hmac
@@ -50,60 +50,51 @@ class Conventions(CliCase):
                 "compress", "uncompress", "crc", "wipe", "info", "selftest"]
 
     def test_every_command_has_help_and_refuses_unknown_options(self):
+        top = self.ok("--help").decode()
         for command in self.COMMANDS:
             with self.subTest(command=command):
+                self.assertIn("  " + command + " ", top)
                 out = self.ok(command, "--help").decode()
                 self.assertTrue(out.startswith("Usage: verimond " + command), out)
                 message = self.fails(2, command, "--no-such-option")
                 self.assertIn("verimond %s: " % command, message)
-        top = self.ok("--help").decode()
-        for command in self.COMMANDS:
-            self.assertIn("  " + command + " ", top)
 
     def test_usage_errors_exit_2(self):
         cases = [("no-such-command",), ("hash", "-a", "sha0"), ("hash", "-a"),
                  ("encrypt", "-k", "00", "only-one-file"), ("kdf", "--salt", "00", "-l", "0"),
                  ("rand", "-n", "lots"), ("rand", "--range", "9:1"), ("wipe",),
-                 ("seal", "-a", "rot13", "a", "b"), ("compress", "-f", "lzma", "a", "b")]
+                 ("seal", "-a", "rot13", "a", "b"), ("compress", "-f", "lzma", "a", "b"),
+                 ("mac", "-s", "x"), ("mac", "-k", "00", "--key-env", "X", "-s", "x")]
         for args in cases:
             with self.subTest(args=args):
                 self.fails(2, *args)
 
-    def test_default_run_shows_each_family(self):
+    def test_default_run_info_and_selftest(self):
         out = self.ok().decode()
         for label in ["SHA-256", "HMAC-SHA-256", "AES-128/CBC", "ChaCha20-Poly1305", "PBKDF2",
                       "scrypt", "zlib", "CRC-32", "identical", "Authentication failed"]:
             self.assertIn(label, out)
         self.assertIn(hashlib.sha256(b"The quick brown fox jumps over the lazy dog").hexdigest(),
                       out)
-
-    def test_info_and_selftest(self):
         self.assertIn("6.22.1", self.ok("info").decode())
         self.assertIn("passed", self.ok("selftest").decode())
 
 
 class Digests(CliCase):
-    ALGORITHMS = ["sha1", "sha224", "sha256", "sha384", "sha512", "sha3-224", "sha3-256",
-                  "sha3-384", "sha3-512", "md5"]
-
-    def test_files_stdin_and_text_match_hashlib(self):
+    def test_every_algorithm_name_files_stdin_and_text(self):
         content = bytes(range(256)) * 40 + b"tail"
         name = self.path("data", content)
-        for algorithm in self.ALGORITHMS:
-            want = hashlib.new(algorithm.replace("-", "_")).copy()
-            want.update(content)
+        for algorithm in ["sha1", "sha224", "sha256", "sha384", "sha512", "sha3-224", "sha3-256",
+                          "sha3-384", "sha3-512", "md5"]:
+            want = hashlib.new(algorithm.replace("-", "_"), content).hexdigest()
             with self.subTest(algorithm=algorithm):
                 out = self.ok("hash", "-a", algorithm, name, "-", data=content).decode()
-                self.assertEqual(out, "%s  %s\n%s  -\n" % (want.hexdigest(), name,
-                                                           want.hexdigest()))
-                text = self.ok("hash", "-a", algorithm.upper(), "-s", "abc").decode().strip()
-                self.assertEqual(text, hashlib.new(algorithm.replace("-", "_"),
-                                                   b"abc").hexdigest())
-
-    def test_text_mode_reads_crlf_as_lf(self):
-        name = self.path("crlf", b"one\r\ntwo\r\n")
-        out = self.ok("hash", "-t", name).decode().split()[0]
-        self.assertEqual(out, hashlib.sha256(b"one\ntwo\n").hexdigest())
+                self.assertEqual(out, "%s  %s\n%s  -\n" % (want, name, want))
+        text = self.ok("hash", "-a", "SHA3-256", "-s", "abc").decode().strip()
+        self.assertEqual(text, hashlib.sha3_256(b"abc").hexdigest())
+        crlf = self.path("crlf", b"one\r\ntwo\r\n")
+        self.assertEqual(self.ok("hash", "-t", crlf).decode().split()[0],
+                         hashlib.sha256(b"one\ntwo\n").hexdigest())
 
     def test_missing_file_and_directory_fail_but_others_are_done(self):
         good = self.path("good", b"x")
@@ -113,29 +104,29 @@ class Digests(CliCase):
         self.assertEqual(result.stderr.decode().count("verimond hash:"), 2)
 
     def test_crc_matches_zlib(self):
-        for content in [b"", b"123456789", os.urandom(5000)]:
-            name = self.path("c", content)
-            out = self.ok("crc", name).decode()
-            self.assertEqual(out, "%08x  %s\n" % (zlib.crc32(content), name))
-            self.assertEqual(self.ok("crc", data=content).decode().split()[0],
-                             "%08x" % zlib.crc32(content))
+        content = os.urandom(5000)
+        name = self.path("c", content)
+        self.assertEqual(self.ok("crc", name).decode(), "%08x  %s\n" % (zlib.crc32(content), name))
+        self.assertEqual(self.ok("crc", data=content).decode().split()[0],
+                         "%08x" % zlib.crc32(content))
         self.fails(1, "crc", self.path("missing"))
 
 
 class Macs(CliCase):
-    def test_hmac_matches_python_for_each_key_source(self):
+    def test_hmac_for_each_algorithm_and_key_source(self):
         content = os.urandom(3000)
         name = self.path("data", content)
         key = bytes.fromhex(KEY32) + b"\x01" * 40   # longer than a SHA-256 block
-        key_file = self.path("key", (key.hex() + "\n").encode())
         for algorithm in ["sha1", "sha256", "sha384", "sha512", "sha3-256", "md5"]:
             want = hmac.new(key, content, algorithm.replace("-", "_")).hexdigest()
             with self.subTest(algorithm=algorithm):
-                for source in (["-k", key.hex()], ["--key-file", key_file],
-                               ["--key-env", "TEST_MAC_KEY"]):
-                    out = self.ok("mac", "-a", "hmac-" + algorithm, *source, name,
-                                  env={"TEST_MAC_KEY": key.hex()}).decode()
-                    self.assertEqual(out, "%s  %s\n" % (want, name))
+                out = self.ok("mac", "-a", "hmac-" + algorithm, "-k", key.hex(), name).decode()
+                self.assertEqual(out, "%s  %s\n" % (want, name))
+        want = hmac.new(key, content, "sha256").hexdigest()
+        key_file = self.path("key", (key.hex() + "\n").encode())
+        for source in (["--key-file", key_file], ["--key-env", "TEST_MAC_KEY"]):
+            out = self.ok("mac", *source, name, env={"TEST_MAC_KEY": key.hex()}).decode()
+            self.assertEqual(out, "%s  %s\n" % (want, name))
 
     def test_key_problems_are_reported_without_the_key(self):
         secret = "c0ffee" * 4
@@ -143,33 +134,27 @@ class Macs(CliCase):
         message = self.fails(1, "mac", "-a", "poly1305", "-k", secret, "-s", "x")
         self.assertIn("BAD_KEY_LEN_ERROR", message)
         self.assertNotIn(secret, message.lower())
-        self.fails(2, "mac", "-s", "x")
-        self.fails(2, "mac", "-k", "00", "--key-env", "X", "-s", "x")
         self.fails(1, "mac", "--key-env", "VERIMOND_TEST_UNSET_VARIABLE", "-s", "x")
 
 
 class BlockCiphers(CliCase):
-    ALGORITHMS = {"aes128": 16, "aes192": 24, "aes256": 32, "tdea": 24}
-    MODES = ["ecb", "cbc", "ofb", "cfb", "ctr"]
-
     def test_round_trip_every_cipher_and_mode_through_files_and_pipes(self):
         content = os.urandom(1000)
         plain = self.path("plain", content)
-        for cipher, key_length in self.ALGORITHMS.items():
+        for algorithm, key_length in (("aes128/ecb", 16), ("aes192/cbc", 24), ("aes256/ofb", 32),
+                                      ("tdea/cfb", 24), ("tdea/ctr", 24)):
             key = os.urandom(key_length).hex()
-            for mode in self.MODES:
-                algorithm = "%s/%s" % (cipher, mode)
-                with self.subTest(algorithm=algorithm):
-                    sealed = self.path("sealed")
-                    self.ok("encrypt", "-a", algorithm, "-k", key, plain, sealed)
-                    # A fresh IV leads the file, but in ECB; ECB and CBC pad.
-                    block = 8 if cipher == "tdea" else 16
-                    body = 1000 + block - 1000 % block if mode in ("ecb", "cbc") else 1000
-                    self.assertEqual(os.path.getsize(sealed),
-                                     body + (0 if mode == "ecb" else block))
-                    back = self.ok("decrypt", "-a", algorithm, "-k", key, "-", "-",
-                                   data=self.read(sealed))
-                    self.assertEqual(back, content)
+            with self.subTest(algorithm=algorithm):
+                sealed = self.path("sealed")
+                self.ok("encrypt", "-a", algorithm, "-k", key, plain, sealed)
+                # A fresh IV leads the file, but in ECB; ECB and CBC pad.
+                block = 8 if algorithm.startswith("tdea") else 16
+                body = 1000 + block - 1000 % block if algorithm[-3:] in ("ecb", "cbc") else 1000
+                self.assertEqual(os.path.getsize(sealed),
+                                 body + (0 if algorithm.endswith("ecb") else block))
+                back = self.ok("decrypt", "-a", algorithm, "-k", key, "-", "-",
+                               data=self.read(sealed))
+                self.assertEqual(back, content)
 
     def test_explicit_iv_gives_the_bare_ciphertext_of_the_block_family(self):
         import verimond  # the package of this tree, over the same library
@@ -190,9 +175,8 @@ class BlockCiphers(CliCase):
         sealed, out = self.path("sealed"), self.path("out")
         key = os.urandom(32).hex()
         self.ok("encrypt", "-k", key, plain, sealed)
-        wrong = os.urandom(32).hex()
         # CBC without integrity: a wrong key fails in the padding (nearly always).
-        message = self.fails(1, "decrypt", "-k", wrong, sealed, out)
+        message = self.fails(1, "decrypt", "-k", os.urandom(32).hex(), sealed, out)
         self.assertIn("(", message)
         self.assertFalse(os.path.exists(out))
         self.fails(1, "encrypt", "-k", "0011", plain, out)
@@ -212,21 +196,15 @@ class Authenticated(CliCase):
     def test_seal_open_and_tamper_for_every_algorithm(self):
         content = os.urandom(777)
         for algorithm, (key_length, nonce_length) in self.CASES.items():
-            key = os.urandom(key_length).hex()
+            args = ["-a", algorithm, "-k", os.urandom(key_length).hex(), "--aad", "hdr", "-", "-"]
             with self.subTest(algorithm=algorithm):
-                sealed = self.ok("seal", "-a", algorithm, "-k", key, "--aad", "hdr", "-", "-",
-                                 data=content)
+                sealed = self.ok("seal", *args, data=content)
                 self.assertEqual(len(sealed), nonce_length + len(content) + 16)
-                opened = self.ok("open", "-a", algorithm, "-k", key, "--aad", "hdr", "-", "-",
-                                 data=sealed)
-                self.assertEqual(opened, content)
+                self.assertEqual(self.ok("open", *args, data=sealed), content)
                 for bad in (sealed[:50] + bytes([sealed[50] ^ 4]) + sealed[51:], sealed[:-1]):
-                    result = run("open", "-a", algorithm, "-k", key, "--aad", "hdr", "-", "-",
-                                 data=bad)
+                    result = run("open", *args, data=bad)
                     self.assertEqual(result.returncode, 1)
                     self.assertEqual(result.stdout, b"")   # nothing unauthenticated
-                self.fails(1, "open", "-a", algorithm, "-k", key, "--aad", "other", "-", "-",
-                           data=sealed)
 
     def test_failed_open_creates_no_file(self):
         key = os.urandom(32).hex()
@@ -246,7 +224,6 @@ class Derivation(CliCase):
         cases = [
             (["-a", "pbkdf2", "-i", "1000", "--hash", "sha512", "-l", "40"],
              hashlib.pbkdf2_hmac("sha512", b"correct horse", b"\x01\x02", 1000, 40)),
-            (["-i", "2"], hashlib.pbkdf2_hmac("sha256", b"correct horse", b"\x01\x02", 2, 32)),
             (["-a", "scrypt", "-N", "1024", "-r", "8", "-p", "2", "-l", "24"],
              hashlib.scrypt(b"correct horse", salt=b"\x01\x02", n=1024, r=8, p=2, dklen=24)),
         ]
@@ -255,9 +232,11 @@ class Derivation(CliCase):
                 out = self.ok("kdf", "--salt", "0102", "--password-env", "TEST_PASSWORD", *args,
                               env=env).decode()
                 self.assertEqual(out.strip(), want.hex().upper())
-        password_file = self.path("pw", b"correct horse\n")
-        out = self.ok("kdf", "--salt", "0102", "-i", "2", "--password-file", password_file)
-        self.assertEqual(out.decode().strip(), cases[1][1].hex().upper())
+        # The defaults: PBKDF2 with SHA-256 and 32 bytes.
+        out = self.ok("kdf", "--salt", "0102", "-i", "2", "--password-file",
+                      self.path("pw", b"correct horse\n"))
+        self.assertEqual(out.decode().strip(), hashlib.pbkdf2_hmac(
+            "sha256", b"correct horse", b"\x01\x02", 2, 32).hex().upper())
 
     def test_library_refusals(self):
         env = {"TEST_PASSWORD": "pw"}
@@ -272,12 +251,10 @@ class Derivation(CliCase):
 class Utilities(CliCase):
     def test_compress_formats_against_zlib(self):
         content = b"".join(b"line %d\n" % i for i in range(5000))
-        plain = self.path("plain", content)
         packed = self.path("packed")
-        self.ok("compress", plain, packed)
+        self.ok("compress", self.path("plain", content), packed)
         self.assertEqual(zlib.decompress(self.read(packed)), content)
-        foreign = zlib.compress(content, 9)
-        self.assertEqual(self.ok("uncompress", "-", "-", data=foreign), content)
+        self.assertEqual(self.ok("uncompress", "-", "-", data=zlib.compress(content, 9)), content)
         zstd = self.ok("compress", "-f", "zstd", "-", "-", data=content)
         self.assertEqual(zstd[:4], b"\x28\xb5\x2f\xfd")
         self.assertEqual(self.ok("uncompress", "-", "-", data=zstd), content)
@@ -286,11 +263,9 @@ class Utilities(CliCase):
                                                        data=b"\x78\x9c garbage"))
 
     def test_rand_counts_ranges_and_seed_files(self):
-        for count in (0, 1, 32, 70000):
-            out = self.ok("rand", "-n", str(count)).decode().strip()
-            self.assertEqual(len(out), 2 * count)
-            raw = self.ok("rand", "-n", str(count), "-o", "-")
-            self.assertEqual(len(raw), count)
+        for count in (0, 70000):
+            self.assertEqual(len(self.ok("rand", "-n", str(count)).decode().strip()), 2 * count)
+            self.assertEqual(len(self.ok("rand", "-n", str(count), "-o", "-")), count)
         values = {int(self.ok("rand", "--range", "-2:2")) for _ in range(40)}
         self.assertTrue(values <= {-2, -1, 0, 1, 2} and len(values) > 1, values)
         seed = self.path("seed")

@@ -1,5 +1,5 @@
-"""Digests, MACs, XOF and key derivation through the package, against
-hashlib and hmac."""
+"""Digests, MACs, XOF and key derivation through the package: every wrapper
+and form once, against hashlib and hmac, and the errors the wrappers raise."""
 import hashlib
 import hmac
 import os
@@ -14,26 +14,23 @@ from support import (BAD_FLAG_ERROR, BAD_KEY_LEN_ERROR, BAD_PARAM_ERROR, INVALID
 # Digest option -> hashlib name; HMAC options are the same numbers.
 DIGESTS = {0: "sha1", 1: "md5", 3: "sha256", 4: "sha384", 5: "sha512", 6: "sha224",
            10: "sha3_224", 11: "sha3_256", 12: "sha3_384", 13: "sha3_512"}
-STREAMED = [0, 3, 4, 5, 6, 10, 11, 12, 13]
-MESSAGES = [b"", b"abc", bytes(range(256)) * 9 + b"odd tail"]
+MESSAGE = bytes(range(256)) * 9 + b"odd tail"
 
 
 class Digests(TempDirCase):
-    def test_one_shot_forms_match_hashlib(self):
+    def test_every_form_and_option_matches_hashlib(self):
+        name_of_file = self.path("m", MESSAGE)
         for option, name in DIGESTS.items():
-            for message in MESSAGES:
-                want = hashlib.new(name, message)
-                with self.subTest(digest=name, length=len(message)):
-                    self.assertEqual(verimond.digest(message, option), want.digest())
-                    self.assertEqual(verimond.digest_hex(message, option), want.hexdigest())
-                    if message:
-                        self.assertEqual(verimond.digest_hex_from_hex(message.hex(), option),
-                                         want.hexdigest())
-                    self.assertEqual(verimond.digest_length(option), want.digest_size)
-                    name_of_file = self.path("m", message)
-                    self.assertEqual(verimond.digest_file(name_of_file, option), want.digest())
-                    self.assertEqual(verimond.digest_file_hex(name_of_file, option),
-                                     want.hexdigest())
+            want = hashlib.new(name, MESSAGE)
+            with self.subTest(digest=name):
+                self.assertEqual(verimond.digest(MESSAGE, option), want.digest())
+                self.assertEqual(verimond.digest_hex(MESSAGE, option), want.hexdigest())
+                self.assertEqual(verimond.digest_hex_from_hex(MESSAGE.hex(), option),
+                                 want.hexdigest())
+                self.assertEqual(verimond.digest_length(option), want.digest_size)
+                self.assertEqual(verimond.digest_file(name_of_file, option), want.digest())
+                self.assertEqual(verimond.digest_file_hex(name_of_file, option), want.hexdigest())
+        self.assertEqual(verimond.digest(b""), hashlib.sha256().digest())
 
     def test_flags(self):
         twice = hashlib.sha256(hashlib.sha256(b"abc").digest()).digest()
@@ -46,21 +43,18 @@ class Digests(TempDirCase):
         self.assertFails(BAD_FLAG_ERROR, verimond.digest_hex_from_bits, b"abc", 24, 1)
         self.assertFails(OPEN_ERROR, verimond.digest_file, self.path("missing"))
 
-    def test_streams_match_one_shot_however_the_message_is_cut(self):
-        message = MESSAGES[2]
-        for option in STREAMED:
+    def test_streams(self):
+        for option in (3, 13):
             stream = verimond.Hash(option)
-            for start in range(0, len(message), 1000):
-                stream.update(message[start:start + 1000])
+            stream.update(MESSAGE[:1000])
+            stream.update(MESSAGE[1000:])
             self.assertEqual(stream.digest_length(), verimond.digest_length(option))
-            self.assertEqual(stream.digest(), hashlib.new(DIGESTS[option], message).digest())
-        for bits in (224, 256, 384, 512):
-            stream = verimond.Sha3(bits)
-            stream.update(message[:100])
-            stream.update_text("tail")
-            self.assertEqual(stream.length_in_bytes(), bits // 8)
-            self.assertEqual(stream.hexdigest(),
-                             hashlib.new("sha3_%d" % bits, message[:100] + b"tail").hexdigest())
+            self.assertEqual(stream.digest(), hashlib.new(DIGESTS[option], MESSAGE).digest())
+        stream = verimond.Sha3(384)
+        stream.update(MESSAGE[:100])
+        stream.update_text("tail")
+        self.assertEqual(stream.length_in_bytes(), 48)
+        self.assertEqual(stream.hexdigest(), hashlib.sha3_384(MESSAGE[:100] + b"tail").hexdigest())
         self.assertFails(NOT_SUPPORTED_ERROR, verimond.Hash, 1)
         self.assertFails(BAD_PARAM_ERROR, verimond.Sha3, 200)
 
@@ -73,16 +67,15 @@ class Digests(TempDirCase):
         self.assertFails(INVALID_HANDLE_ERROR, second.digest)   # the stream has ended
 
     def test_fixed_digest_families(self):
-        message = b"The quick brown fox"
-        key = os.urandom(100)
+        message, key = b"The quick brown fox", os.urandom(100)
         text = self.path("t", b"x\r\ny")
         for family, name in ((verimond.sha1, "sha1"), (verimond.sha2, "sha256"),
                              (verimond.md5, "md5")):
-            want = hashlib.new(name, message)
+            want = hashlib.new(name, message).hexdigest()
             with self.subTest(family=family.prefix):
-                self.assertEqual(family.hex_of_text(message.decode()), want.hexdigest())
-                self.assertEqual(family.hex_of_bytes(message), want.hexdigest())
-                self.assertEqual(family.digest(message), want.digest())
+                self.assertEqual(family.hex_of_text(message.decode()), want)
+                self.assertEqual(family.hex_of_bytes(message), want)
+                self.assertEqual(family.digest(message).hex(), want)
                 self.assertEqual(family.hex_of_file(text), hashlib.new(name, b"x\r\ny").hexdigest())
                 self.assertEqual(family.hex_of_file(text, text_mode=True),
                                  hashlib.new(name, b"x\ny").hexdigest())
@@ -92,28 +85,24 @@ class Digests(TempDirCase):
                 stream = family.stream()
                 stream.update(message[:5])
                 stream.update_text(message[5:].decode())
-                self.assertEqual(stream.hexdigest(), want.hexdigest())
+                self.assertEqual(stream.hexdigest(), want)
 
 
 class Macs(TempDirCase):
-    KEYS = [b"k", os.urandom(64), os.urandom(65), os.urandom(200)]
-
-    def test_hmac_matches_python(self):
-        message = MESSAGES[2]
+    def test_hmac_forms_match_python(self):
+        key = os.urandom(200)   # longer than every block
         for option, name in DIGESTS.items():
-            for key in self.KEYS:
-                want = hmac.new(key, message, name)
-                with self.subTest(digest=name, key=len(key)):
-                    self.assertEqual(verimond.mac(message, key, option), want.digest())
-                    self.assertEqual(verimond.mac_hex(message, key, option), want.hexdigest())
-                    self.assertEqual(verimond.mac_hex_from_hex(message.hex(), key.hex(), option),
-                                     want.hexdigest())
-                    if option in STREAMED:
-                        stream = verimond.Mac(key, option)
-                        stream.update(message[:300])
-                        stream.update(message[300:])
-                        self.assertEqual(stream.code_length(), want.digest_size)
-                        self.assertEqual(stream.digest(), want.digest())
+            want = hmac.new(key, MESSAGE, name)
+            with self.subTest(digest=name):
+                self.assertEqual(verimond.mac(MESSAGE, key, option), want.digest())
+                self.assertEqual(verimond.mac_hex(MESSAGE, key, option), want.hexdigest())
+                self.assertEqual(verimond.mac_hex_from_hex(MESSAGE.hex(), key.hex(), option),
+                                 want.hexdigest())
+        stream = verimond.Mac(key, 12)
+        stream.update(MESSAGE[:300])
+        stream.update(MESSAGE[300:])
+        self.assertEqual(stream.code_length(), 48)
+        self.assertEqual(stream.digest(), hmac.new(key, MESSAGE, "sha3_384").digest())
 
     def test_other_codes_keys_and_lengths(self):
         cases = [(OPT_CMAC_AES128, 16, 16), (OPT_CMAC_TDEA, 24, 8), (OPT_MAC_POLY1305, 32, 16),
@@ -124,10 +113,7 @@ class Macs(TempDirCase):
                 code = verimond.mac(b"message", key, option)
                 self.assertEqual(len(code), code_length)
                 self.assertEqual(verimond.mac_hex(b"message", key, option), code.hex())
-                self.assertNotEqual(verimond.mac(b"messagf", key, option), code)
-                if option not in (OPT_KMAC_128, OPT_KMAC_256):
-                    # Exact key lengths only.
-                    self.assertFails(BAD_KEY_LEN_ERROR, verimond.mac, b"m", key[:-1], option)
+        self.assertFails(BAD_KEY_LEN_ERROR, verimond.mac, b"m", os.urandom(31), OPT_MAC_POLY1305)
         self.assertFails(NOT_SUPPORTED_ERROR, verimond.Mac, b"key", OPT_CMAC_AES128)
         self.assertFails(BAD_PARAM_ERROR, verimond.Mac, b"", 3)
 
@@ -140,43 +126,35 @@ class Macs(TempDirCase):
 
 
 class Extendable(TempDirCase):
-    def test_shake_matches_hashlib_across_block_edges(self):
+    def test_xof_and_prf(self):
         message = os.urandom(500)
         for option, name in ((OPT_XOF_SHAKE128, "shake_128"), (OPT_XOF_SHAKE256, "shake_256")):
-            for length in (0, 1, 135, 136, 137, 168, 169, 1000):
+            for length in (0, 1, 1000):
                 want = hashlib.new(name, message).digest(length)
                 self.assertEqual(verimond.xof(message, length, option), want)
                 # PRF_Bytes with a SHAKE option ignores key and customisation.
                 self.assertEqual(verimond.prf(message, length, b"key", "custom", option), want)
-
-    def test_kmac_lengths_are_unrelated(self):
-        short = verimond.prf(b"data", 32, b"key", "app", OPT_KMAC_128)
-        longer = verimond.prf(b"data", 33, b"key", "app", OPT_KMAC_128)
-        self.assertNotEqual(longer[:32], short)
-        self.assertNotEqual(verimond.prf(b"data", 32, b"key", "other", OPT_KMAC_128), short)
+        self.assertEqual(len(verimond.prf(b"data", 33, b"key", "app", OPT_KMAC_128)), 33)
         self.assertFails(BAD_FLAG_ERROR, verimond.xof, b"x", 8, 0x211)
 
 
 class Derivation(TempDirCase):
     def test_pbkdf2_matches_hashlib(self):
-        for option, name in ((0, "sha1"), (3, "sha256"), (4, "sha384"), (5, "sha512"),
-                             (6, "sha224")):
-            for length in (1, 20, 64, 65):
+        for option, name in ((0, "sha1"), (5, "sha512")):
+            for length in (1, 65):
                 want = hashlib.pbkdf2_hmac(name, b"password", b"NaCl", 3, length)
-                with self.subTest(digest=name, length=length):
-                    self.assertEqual(verimond.pbkdf2("password", b"NaCl", 3, length, option), want)
-                    self.assertEqual(verimond.pbkdf2_hex("password", b"NaCl".hex(), 3, length,
-                                                         option), want.hex().upper())
+                self.assertEqual(verimond.pbkdf2("password", b"NaCl", 3, length, option), want)
+                self.assertEqual(verimond.pbkdf2_hex("password", b"NaCl".hex(), 3, length, option),
+                                 want.hex().upper())
         self.assertFails(BAD_PARAM_ERROR, verimond.pbkdf2, b"", b"salt", 1, 16)
         self.assertFails(BAD_PARAM_ERROR, verimond.pbkdf2, b"pw", b"salt", 1, 16, 11)
 
     def test_scrypt_matches_hashlib(self):
-        for password, salt, n, r, p, length in ((b"", b"", 16, 1, 1, 64),
-                                                (b"password", b"NaCl", 1024, 8, 2, 40)):
-            want = hashlib.scrypt(password, salt=salt, n=n, r=r, p=p, dklen=length)
-            self.assertEqual(verimond.scrypt(password, salt, n, r, p, length), want)
-            self.assertEqual(verimond.scrypt_hex(password.decode(), salt.hex(), n, r, p, length),
-                             want.hex().upper())
+        want = hashlib.scrypt(b"password", salt=b"NaCl", n=1024, r=8, p=2, dklen=40)
+        self.assertEqual(verimond.scrypt(b"password", b"NaCl", 1024, 8, 2, 40), want)
+        self.assertEqual(verimond.scrypt_hex("password", b"NaCl".hex(), 1024, 8, 2, 40),
+                         want.hex().upper())
+        self.assertEqual(len(verimond.scrypt(b"", b"", 16, 1, 1, 64)), 64)
         self.assertFails(OUT_OF_RANGE_ERROR, verimond.scrypt, b"pw", b"s", 1000, 8, 1, 16)
 
 
