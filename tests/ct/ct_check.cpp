@@ -247,7 +247,6 @@ int main() {
     KeyUnwrap();
     Gcm();
     Aead(OPT_AEAD_AES_128_GCM, 16);
-    Aead(OPT_AEAD_AES_256_GCM, 32);
     Aead(OPT_AEAD_CHACHA20_POLY1305, 32);
     Aead(OPT_AEAD_ASCON_128, 16);
     Aead(OPT_AEAD_ASCON_128A, 16);
