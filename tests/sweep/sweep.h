@@ -4,6 +4,7 @@
 // row that must end the process runs in a child.
 #pragma once
 #include <cstdint>
+#include <climits>
 #include <functional>
 #include <string>
 #include <vector>
@@ -28,16 +29,46 @@ struct Expect {
 
 inline Expect Is(int32_t v) { return {Want::Exactly, v, {}}; }
 inline Expect AHandle() { return {Want::Handle, 0, {}}; }
-inline Expect AnyOf(std::vector<int32_t> v) { return {Want::OneOf, 0, std::move(v)}; }
+template <class... V>
+Expect AnyOf(V... v) { return {Want::OneOf, 0, {int32_t(v)...}}; }
 inline Expect APositive() { return {Want::Positive, 0, {}}; }
 inline Expect EndsProcess() { return {Want::EndsProcess, 1, {}}; }
 
 struct Row {
-    std::string name;  // the export first, then what the arguments try
+    std::string name;  // names the export: the first word with an underscore
     std::function<int32_t()> call;
     Expect expect;
 };
 using Table = std::vector<Row>;
+
+// A row that is one call: its text names it.
+#define ROW(want, ...) ::sweep::Row{#__VA_ARGS__, [=]() -> int32_t { return __VA_ARGS__; }, want}
+
+// The same in a family's loop, whose calls go through `f`.
+#define FROW(want, call, ...) \
+    rows.push_back({std::string(f.prefix) + call + " " #__VA_ARGS__, [=]() -> int32_t { return __VA_ARGS__; }, want})
+
+// What a failed call latched, for the calls that return only 0 on failure.
+inline int32_t Latched(int32_t result, int32_t (*latch)() = API_ErrorCode) { return result == 0 ? latch() : -999999; }
+
+// A writable copy of a text, for the calls that take char*.
+inline char* Mut(const std::string& s) {
+    static char copy[256];
+    copy[s.copy(copy, sizeof copy - 1)] = 0;
+    return copy;
+}
+
+// The handle rules of a stateful family: handle 0, an ended handle, ending
+// twice, a handle of another thread and one of another family are refused.
+struct Stateful {
+    const char* use;  // the names of `call` and `end`
+    const char* end;
+    std::function<int32_t()> init;
+    std::function<int32_t(int32_t)> call, finish;
+    std::function<int32_t()> foreign;  // a live handle of another family
+    int32_t refused;
+};
+void AddHandleRows(Table& rows, const Stateful& s);
 
 // Runs every row, reports each mismatch with its name; the names' leading
 // words are collected for the coverage check.
@@ -81,6 +112,15 @@ struct Files {
     ~Files();
 };
 Files& Fs();
+
+// The short names the rows use.
+inline char* const t = Buf().text;
+inline uint8_t* const o = Buf().out;
+inline const uint8_t* const in = Buf().in;
+inline const uint8_t* const k = Buf().key;
+inline const uint8_t* const iv = Buf().iv;
+inline const char* const ex = Fs().existing.c_str();
+inline const char* const out = Fs().out.c_str();
 
 // A handle that some other thread made with init; that thread has ended.
 int32_t FromOtherThread(const std::function<int32_t()>& init);

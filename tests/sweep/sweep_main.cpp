@@ -7,6 +7,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
+#include <regex>
 #include <set>
 #include <thread>
 
@@ -58,18 +59,11 @@ int32_t FromOtherThread(const std::function<int32_t()>& init) {
 
 namespace {
 std::string Describe(const Expect& e) {
-    switch (e.want) {
-        case Want::Exactly: return std::to_string(e.value);
-        case Want::Handle: return "a handle";
-        case Want::Positive: return "a positive length";
-        case Want::EndsProcess: return "the end of the process with status 1";
-        case Want::OneOf: {
-            std::string s = "one of";
-            for (int32_t v : e.values) s += " " + std::to_string(v);
-            return s;
-        }
-    }
-    return "?";
+    static const char* const words[] = {"", "a handle", "", "a positive length", "the end of the process"};
+    std::string s = words[int(e.want)];
+    if (e.want == Want::Exactly) s = std::to_string(e.value);
+    for (int32_t v : e.values) s += " " + std::to_string(v);
+    return s;
 }
 
 bool Matches(const Expect& e, int32_t got) {
@@ -87,22 +81,46 @@ bool Matches(const Expect& e, int32_t got) {
 void RunTable(const Table& rows) {
     for (const Row& row : rows) {
         if (row.expect.want == Want::EndsProcess) {
-            ChildOutcome child = RunInChild([&] {
-                row.call();
-                return 0;  // returning at all is the failure
-            });
-            EXPECT_EQ(child.exitStatus, 1) << row.name << ": expected " << Describe(row.expect);
+            // Returning at all is the failure.
+            EXPECT_EQ(RunInChild([&] { return row.call(), 0; }).exitStatus, 1) << row.name;
             continue;
         }
         int32_t got = row.call();
-        EXPECT_TRUE(Matches(row.expect, got))
-            << row.name << ": got " << got << ", expected " << Describe(row.expect);
+        EXPECT_TRUE(Matches(row.expect, got)) << row.name << ": got " << got << ", expected " << Describe(row.expect);
     }
+}
+
+void AddHandleRows(Table& rows, const Stateful& s) {
+    const std::string use = s.use, end = s.end;
+    rows.push_back({use + " handle 0", [s] { return s.call(0); }, Is(s.refused)});
+    rows.push_back({use + " ended handle", [s] {
+        int32_t h = s.init();
+        s.finish(h);
+        return s.call(h);
+    }, Is(s.refused)});
+    rows.push_back({end + " twice", [s] {
+        int32_t h = s.init();
+        s.finish(h);
+        return s.finish(h);
+    }, Is(s.refused)});
+    rows.push_back({use + " handle of another thread", [s] {
+        int32_t own = s.init();
+        int32_t other = FromOtherThread(s.init);
+        return other == own ? s.refused : s.call(other);
+    }, Is(s.refused)});
+    rows.push_back({use + " handle of another family", [s] {
+        s.finish(s.init());
+        return s.call(s.foreign());
+    }, Is(s.refused)});
 }
 
 std::vector<std::string> ExportNames(const Table& rows) {
     std::vector<std::string> names;
-    for (const Row& row : rows) names.push_back(row.name.substr(0, row.name.find(' ')));
+    static const std::regex word("[A-Z][A-Z0-9]*_[A-Za-z0-9]+");
+    for (const Row& row : rows) {
+        std::smatch m;
+        names.push_back(std::regex_search(row.name, m, word) ? m.str() : row.name);
+    }
     return names;
 }
 
