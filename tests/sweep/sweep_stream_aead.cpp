@@ -7,6 +7,8 @@ namespace sweep {
 
 Table StreamRows() {
     const std::string k32(64, '1');
+    const char *kHexKey16 = "AAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAA", *kHexIv8 = "0000000000000000";
+    const char* kHexIv12 = "000000000000000000000000";
     constexpr int32_t kArc = OPT_STREAM_ARCFOUR, kSalsa = OPT_STREAM_SALSA20, kChacha = OPT_STREAM_CHACHA20;
     Table rows = {
         ROW(Is(-BAD_FLAG_ERROR), CIPHER_StreamBytes(o, in, 16, k, 32, iv, 12, 0, 4)),
@@ -70,6 +72,23 @@ Table StreamRows() {
         ROW(Is(BAD_FORMAT_ERROR), PC1_Hex(t, 10, "00", "zz")),
         ROW(Is(BAD_FORMAT_ERROR), PC1_Hex(t, 10, "0", "00")),
         ROW(Is(BAD_PARAM_ERROR), PC1_Hex(t, kMin, "00", "00")),
+        // Which of several faults the hex call reports first.
+        ROW(Is(-NULL_ERROR), CIPHER_StreamHex(nullptr, 63, "", nullptr, nullptr, 0, 3)),
+        ROW(Is(-BAD_PARAM_ERROR), CIPHER_StreamHex(t, 63, "", kHexKey16, kHexIv12, 0, 3)),
+        ROW(Is(-BAD_PARAM_ERROR), CIPHER_StreamHex(t, 63, "00", nullptr, kHexIv12, 0, 3)),
+        ROW(Is(-BAD_PARAM_ERROR), CIPHER_StreamHex(t, -1, "00", kHexKey16, kHexIv12, 0, 3)),
+        ROW(Is(-BAD_FORMAT_ERROR), CIPHER_StreamHex(t, 63, "ABC", kHexKey16, kHexIv12, 0, 3)),
+        ROW(Is(-BAD_FORMAT_ERROR), CIPHER_StreamHex(t, 63, "AB:CD", kHexKey16, kHexIv12, 0, 3)),
+        ROW(Is(-BAD_FORMAT_ERROR), CIPHER_StreamHex(t, 63, "00", "zz", kHexIv12, 0, 3)),
+        ROW(Is(-BAD_FLAG_ERROR), CIPHER_StreamHex(t, 63, "00", kHexKey16, nullptr, 0, 9)),
+        ROW(Is(-BAD_FORMAT_ERROR), CIPHER_StreamHex(t, 63, "0", kHexKey16, nullptr, 0, 9)),
+        ROW(Is(-BAD_IV_ERROR), CIPHER_StreamHex(t, 63, "00", kHexKey16, nullptr, 0, 3)),
+        ROW(Is(-BAD_IV_ERROR), CIPHER_StreamHex(t, 63, "00", kHexKey16, "", 0, 2)),
+        ROW(Is(-BAD_FORMAT_ERROR), CIPHER_StreamHex(t, 63, "00", kHexKey16, "000", 0, 3)),
+        ROW(Is(0), CIPHER_StreamHex(t, 63, "00", kHexKey16, nullptr, 0, 1)),
+        ROW(Is(-51), CIPHER_StreamHex(t, 63, "00", kHexKey16, kHexIv12, 0, 2)),
+        ROW(Is(-BAD_KEY_LEN_ERROR), CIPHER_StreamHex(t, 63, "00", "000000", kHexIv12, 0, 3)),
+        ROW(Is(0), CIPHER_StreamHex(t, 63, "00", kHexKey16, kHexIv8, 0, 2)),
     };
     AddHandleRows(rows, {"CIPHER_StreamUpdate", "CIPHER_StreamFinal",
                          [] { return CIPHER_StreamInit(k, 16, iv, 8, 0, OPT_STREAM_SALSA20); },
