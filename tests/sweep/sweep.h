@@ -1,10 +1,10 @@
 // The argument sweep: every export called with null pointers, zero, negative
 // and extreme lengths, malformed texts and stale or foreign handles. Each
-// family contributes a table of rows {call, arguments, expected result}; a
+// family contributes a table of rows {name, call, expected result}; a
 // row that must end the process runs in a child.
 #pragma once
-#include <cstdint>
 #include <climits>
+#include <cstdint>
 #include <functional>
 #include <string>
 #include <vector>
@@ -48,8 +48,9 @@ using Table = std::vector<Row>;
 #define FROW(want, call, ...) \
     rows.push_back({std::string(f.prefix) + call + " " #__VA_ARGS__, [=]() -> int32_t { return __VA_ARGS__; }, want})
 
-// What a failed call latched, for the calls that return only 0 on failure.
-inline int32_t Latched(int32_t result, int32_t (*latch)() = API_ErrorCode) { return result == 0 ? latch() : -999999; }
+// What a failed call latched, for the calls that return only 0 on failure; a
+// call that returned anything else gives a value no row expects.
+inline int32_t Latched(int32_t result, int32_t (*latch)() = API_ErrorCode) { return result == 0 ? latch() : INT32_MIN + 1; }
 
 // A writable copy of a text, for the calls that take char*.
 inline char* Mut(const std::string& s) {
@@ -61,8 +62,7 @@ inline char* Mut(const std::string& s) {
 // The handle rules of a stateful family: handle 0, an ended handle, ending
 // twice, a handle of another thread and one of another family are refused.
 struct Stateful {
-    const char* use;  // the names of `call` and `end`
-    const char* end;
+    const char *use, *end;  // the names of `call` and `finish`
     std::function<int32_t()> init;
     std::function<int32_t(int32_t)> call, finish;
     std::function<int32_t()> foreign;  // a live handle of another family
@@ -70,8 +70,8 @@ struct Stateful {
 };
 void AddHandleRows(Table& rows, const Stateful& s);
 
-// Runs every row, reports each mismatch with its name; the names' leading
-// words are collected for the coverage check.
+// Runs every row, reports each mismatch with its name; the export each row
+// names is collected for the coverage check.
 void RunTable(const Table& rows);
 std::vector<std::string> ExportNames(const Table& rows);
 
