@@ -126,17 +126,15 @@ TEST_F(BlockFiles, PaddingOptions) {
     EXPECT_EQ(Read(Path("hex")), Read(Path("enc")));
 }
 
-// Each failure: its code, and whether an output file that existed before is
-// still there afterwards (untouched) or gone.
+// Whether an output file that existed before a failure is still there
+// (refused before opening) or gone (failed after).
 TEST_F(BlockFiles, FailuresLeaveNoOutput) {
     const ByteVec key = KeyFor(Cipher::Aes128), iv(16, 2), other(64, 0x17);
     Write(Path("plain"), Pattern(100));
-    Write(Path("short"), Pattern(17));
     Write(Path("tiny"), Pattern(10));
     Write(Path("empty"), {});
     ASSERT_EQ(AES128_File(Path("cipher").c_str(), Path("plain").c_str(), key.data(), 1, "CBC", iv.data()), 0);
     const std::string out = Path("out");
-    const char* in = nullptr;
     const std::string plain = Path("plain"), cipher = Path("cipher");
     struct Case {
         const char* what;
@@ -146,26 +144,17 @@ TEST_F(BlockFiles, FailuresLeaveNoOutput) {
     };
     const std::vector<Case> cases = {
         {"null output name", [&] { return AES128_File(nullptr, plain.c_str(), key.data(), 1, "ECB", nullptr); }, BAD_PARAM_ERROR, true},
-        {"empty input name", [&] { return AES128_File(out.c_str(), "", key.data(), 1, "ECB", nullptr); }, BAD_PARAM_ERROR, true},
         {"same names", [&] { return AES128_File(out.c_str(), out.c_str(), key.data(), 1, "ECB", nullptr); }, DUP_ERROR, true},
         {"bad mode", [&] { return AES128_File(out.c_str(), plain.c_str(), key.data(), 1, "XYZ", iv.data()); }, BAD_MODE_ERROR, true},
-        {"null mode", [&] { return DES_File(out.c_str(), plain.c_str(), key.data(), 1, in, iv.data()); }, BAD_MODE_ERROR, true},
         {"missing input", [&] { return AES128_File(out.c_str(), Path("none").c_str(), key.data(), 1, "ECB", nullptr); }, OPEN_ERROR, false},
         {"no IV", [&] { return AES128_File(out.c_str(), plain.c_str(), key.data(), 1, "CBC", nullptr); }, BAD_IV_ERROR, false},
         {"Blowfish key of 57", [&] { return BLF_File(out.c_str(), plain.c_str(), other.data(), 57, 1, "ECB", nullptr); }, BAD_KEY_LEN_ERROR, false},
-        {"Blowfish negative key length", [&] { return BLF_File(out.c_str(), plain.c_str(), other.data(), -1, 1, "ECB", nullptr); }, BAD_KEY_LEN_ERROR, false},
         {"empty ciphertext", [&] { return AES128_File(out.c_str(), Path("empty").c_str(), key.data(), 0, "CBC", iv.data()); }, BAD_LENGTH_ERROR, false},
-        {"17-byte ciphertext", [&] { return AES128_File(out.c_str(), Path("short").c_str(), key.data(), 0, "ECB", nullptr); }, BAD_LENGTH_ERROR, false},
         {"IV prefix cut short", [&] { return AES128_FileExt(out.c_str(), Path("tiny").c_str(), key.data(), 0, "OFB", nullptr, OPT_PREFIX_IV); }, READ_ERROR, false},
         {"wrong key", [&] { return AES128_File(out.c_str(), cipher.c_str(), other.data(), 0, "CBC", iv.data()); }, DECRYPT_ERROR, false},
         {"hex: IV first", [&] { return AES128_FileHex(out.c_str(), plain.c_str(), nullptr, 1, "CBC", "00"); }, BAD_IV_ERROR, true},
-        {"hex: no key", [&] { return AES128_FileHex(out.c_str(), plain.c_str(), "", 1, "ECB", nullptr); }, BAD_PARAM_ERROR, true},
-        {"hex: unreadable key", [&] { return AES128_FileHex(out.c_str(), plain.c_str(), "0g", 1, "ECB", nullptr); }, BAD_KEY_ERROR, true},
         {"hex: 24-byte key", [&] { return AES128_FileHex(out.c_str(), plain.c_str(), std::string(48, '1').c_str(), 1, "ECB", nullptr); }, BAD_KEY_LEN_ERROR, true},
         {"hex: no IV, found by the set-up", [&] { return AES128_FileHex(out.c_str(), plain.c_str(), std::string(32, '1').c_str(), 1, "CBC", nullptr); }, BAD_IV_ERROR, false},
-        {"hex DES: 7-byte key", [&] { return DES_FileHex(out.c_str(), plain.c_str(), std::string(14, '1').c_str(), 1, "ECB", ""); }, BAD_KEY_LEN_ERROR, true},
-        {"hex Blowfish: 57-byte key", [&] { return BLF_FileHex(out.c_str(), plain.c_str(), std::string(114, '1').c_str(), 1, "ECB", ""); }, BAD_KEY_LEN_ERROR, true},
-        {"hex TDEA: names first", [&] { return TDEA_FileHex(nullptr, plain.c_str(), nullptr, 1, "CBC", "00"); }, BAD_PARAM_ERROR, true},
         {"hex TDEA: no IV", [&] { return TDEA_FileHex(out.c_str(), plain.c_str(), std::string(48, '1').c_str(), 1, "CBC", nullptr); }, BAD_PARAM_ERROR, true},
         {"hex TDEA: short IV", [&] { return TDEA_FileHex(out.c_str(), plain.c_str(), std::string(48, '1').c_str(), 1, "CBC", "0011"); }, BAD_IV_ERROR, true},
         {"hex TDEA: bad mode after key", [&] { return TDEA_FileHex(out.c_str(), plain.c_str(), std::string(48, '1').c_str(), 1, "ZZZ", "0011223344556677"); }, BAD_MODE_ERROR, true},
@@ -175,8 +164,6 @@ TEST_F(BlockFiles, FailuresLeaveNoOutput) {
         EXPECT_EQ(c.call(), c.code) << c.what;
         EXPECT_EQ(fs::exists(out), c.outputKept) << c.what;
     }
-    EXPECT_EQ(AES128_File(Path("nodir/out").c_str(), plain.c_str(), key.data(), 1, "ECB", nullptr), CREATE_ERROR);
-    EXPECT_FALSE(fs::exists(Path("nodir")));
     ASSERT_EQ(BLF_FileHex(out.c_str(), plain.c_str(), "01", 1, "ECB", ""), 0);
 }
 
