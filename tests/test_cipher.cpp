@@ -94,53 +94,30 @@ TEST(CipherBytes, EveryCipherModeAndPaddingByNameAndNumber) {
     }
 }
 
-// The failures of the byte and hex calls, each with the latch it leaves.
+// Failures and lengths the sweep does not reach, each with the latch it leaves.
 TEST(CipherBytes, FailureTable) {
-    const ByteVec zeros(32, 0);
-    ByteVec out(64), ecbZeros(32);
-    std::vector<char> hex(200);
-    // The last plaintext byte 0 is never valid padding.
-    ASSERT_EQ(CIPHER_EncryptBytes(ecbZeros.data(), 32, zeros.data(), 32, kKey.data(), 16, nullptr, 0, "aes128/ecb/nopad", 0), 32);
+    ByteVec out(64);
     const uint8_t *none = nullptr, *in = kData.data(), *key = kKey.data(), *iv = kIv.data();
-    auto E = [&](const char* text, int32_t opt, int32_t kl = 16, int32_t il = 16, const uint8_t* input = kData.data(),
-                 int32_t n = 32, uint8_t* o = nullptr, int32_t ol = 64, const uint8_t* k = kKey.data()) {
-        return CIPHER_EncryptBytes(o ? o : out.data(), ol, input, n, k, kl, kIv.data(), il, text, opt);
+    auto E = [&](const char* text, int32_t opt, int32_t kl = 16, int32_t il = 16, int32_t ol = 64) {
+        return CIPHER_EncryptBytes(out.data(), ol, kData.data(), 32, kKey.data(), kl, kIv.data(), il, text, opt);
     };
     auto D = [&](const uint8_t* input, int32_t n, const char* text, int32_t opt, int32_t ol = 64) {
         return CIPHER_DecryptBytes(out.data(), ol, input, n, kKey.data(), 16, kIv.data(), 16, text, opt);
-    };
-    const std::string keyHex = ToHex(kKey), ivHex = ToHex(kIv);
-    auto H = [&](const char* input, const char* k, int32_t length = 199) {
-        return CIPHER_EncryptHex(hex.data(), length, input, k, ivHex.c_str(), "aes128/cbc", 0);
     };
     const struct {
         const char* what;
         std::function<int32_t()> call;
         int32_t expected;
     } cases[] = {
-        {"text and cipher bits", [&] { return E("aes128/cbc", OPT_CIPHER_AES128); }, -BAD_FLAG_ERROR},
         {"mode before padding", [&] { return E("aes128/pkcs5", 0); }, -BAD_PARAM_ERROR},
-        {"key length", [&] { return E("aes128/cbc", 0, 15); }, -BAD_KEY_LEN_ERROR},
         {"key length, prefix", [&] { return CIPHER_DecryptBytes(out.data(), 64, in, 32, key, 16, none, 0, "tdea/cbc", OPT_PREFIX_IV); }, -BAD_KEY_LEN_ERROR},
         {"IV length", [&] { return E("aes128/ctr", 0, 16, 8); }, -BAD_IV_LEN_ERROR},
         {"ECB looks at no IV length", [&] { return E("aes128/ecb", 0, 16, 3); }, 48},
-        {"cipher outside the four", [&] { return E(nullptr, 0x50); }, -INTERNAL_ERROR},
-        {"negative input length", [&] { return E("aes128/cbc", 0, 16, 16, in, -1); }, -BAD_LENGTH_ERROR},
-        {"negative output length", [&] { return D(in, 32, "aes128/cbc", 0, -1); }, -BAD_PARAM_ERROR},
-        {"null input with a length", [&] { return E("aes128/cbc", 0, 16, 16, none, 16); }, -NULL_ERROR},
-        {"null key", [&] { return E("aes128/cbc", 0, 16, 16, in, 32, nullptr, 64, none); }, -NULL_ERROR},
         {"a query looks at neither", [&] { return CIPHER_EncryptBytes(nullptr, 0, none, 20, none, 16, iv, 16, "aes128/cbc", OPT_PREFIX_IV); }, 48},
         {"decryption screens before its query", [&] { return CIPHER_DecryptBytes(nullptr, 0, none, 32, key, 16, iv, 16, "aes128/cbc", 0); }, -NULL_ERROR},
-        {"ECB prefix of a null IV", [&] { return CIPHER_EncryptBytes(out.data(), 64, in, 32, key, 16, none, 0, "aes128/ecb", OPT_PREFIX_IV); }, -NULL_ERROR},
-        {"output too short", [&] { return E("aes128/cbc", 0, 16, 16, in, 32, nullptr, 47); }, -SHORT_BUF_ERROR},
-        {"padding wrong, shown in a query", [&] { return CIPHER_DecryptBytes(nullptr, 0, ecbZeros.data(), 32, key, 16, none, 0, "aes128/ecb", 0); }, -DECRYPT_ERROR},
-        {"padded data not whole blocks", [&] { return D(in, 31, "aes128/cbc", 0); }, -BAD_LENGTH_ERROR},
+        {"output too short", [&] { return E("aes128/cbc", 0, 16, 16, 47); }, -SHORT_BUF_ERROR},
         {"prefix longer than the data", [&] { return D(in, 15, "aes128/ctr", OPT_PREFIX_IV); }, -BAD_LENGTH_ERROR},
         {"unpadded output too short", [&] { return D(in, 32, "aes128/cbc/nopad", 0, 31); }, -SHORT_BUF_ERROR},
-        {"hex: negative length", [&] { return H("00", keyHex.c_str(), -1); }, -BAD_PARAM_ERROR},
-        {"hex: bad digit", [&] { return H("0g", keyHex.c_str()); }, -INVALID_DATA_ERROR},
-        {"hex: a query doubles a failure", [&] { return CIPHER_EncryptHex(nullptr, 0, "00", "0011", nullptr, "aes128/ecb", 0); }, -2 * BAD_KEY_LEN_ERROR},
-        {"hex: short output", [&] { return H("00", keyHex.c_str(), 31); }, -SHORT_BUF_ERROR},
     };
     for (const auto& c : cases) {
         EXPECT_EQ(c.call(), c.expected) << c.what;
@@ -236,16 +213,11 @@ TEST(CipherFiles, LayoutRoundTripAndFailures) {
     ASSERT_EQ(F(0, dec, enc, kKey, kIv.data(), 16, "aes128/cbc/nopad", 0), 0);
     EXPECT_EQ(read(dec).size(), 32u);
 
-    // Negative for the screening, positive from the file routine; one file
-    // under two names is refused before anything is lost.
+    // One file under two names is refused before anything is lost.
     fs::create_symlink(plainPath, link);
-    EXPECT_EQ(F(1, dec, plainPath, kKey, kIv.data(), 16, "aes128/cbc", OPT_CIPHER_AES128), -BAD_FLAG_ERROR);
-    EXPECT_EQ(F(1, dec, plainPath, kKey, kIv.data(), 16, "aes256/cbc", 0), -BAD_KEY_LEN_ERROR);
-    EXPECT_EQ(F(0, dec, plainPath, kKey, kIv.data(), 12, "aes128/ofb", 0), -BAD_IV_LEN_ERROR);
     for (const std::string& same : {plainPath, link, (dir / "." / "plain").string()})
         EXPECT_EQ(F(1, same, plainPath, kKey, kIv.data(), 16, "aes128/cbc", 0), DUP_ERROR) << same;
     EXPECT_EQ(read(plainPath), Pattern(20));
-    EXPECT_EQ(F(1, dec, (dir / "missing").string(), kKey, kIv.data(), 16, "aes128/cbc", 0), OPEN_ERROR);
     EXPECT_EQ(F(0, dec, enc, ByteVec(16, 0x77), kIv.data(), 16, "aes128/cbc", 0), DECRYPT_ERROR);
     EXPECT_FALSE(fs::exists(dec));
     EXPECT_EQ(API_ErrorCode(), DECRYPT_ERROR);
