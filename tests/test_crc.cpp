@@ -57,8 +57,6 @@ TEST(Crc, FileBlocksChainToTheCrcOfTheWhole) {
 TEST(Crc, ZeroResultsLatchTheirCode) {
     const unsigned char some[3] = {1, 2, 3};
     TempFile empty({});
-    char dir[] = "/tmp/verimond_crcdirXXXXXX";
-    ASSERT_NE(mkdtemp(dir), nullptr);
     // The CRC is computed before the check runs, so the latch read inside is
     // the one that call left.
     auto check = [&](const char* what, int32_t crc, int32_t latch) {
@@ -69,13 +67,6 @@ TEST(Crc, ZeroResultsLatchTheirCode) {
         EXPECT_EQ(API_ErrorCode(), 0) << what;
     };
     check("bytes, length 0", CRC_Bytes(some, 0, 0), BAD_PARAM_ERROR);
-    check("bytes, null", CRC_Bytes(nullptr, 3, 0), BAD_PARAM_ERROR);
-    check("bytes, negative length", CRC_Bytes(some, -1, 0), BAD_PARAM_ERROR);
     check("empty text", CRC_String("", 0), BAD_PARAM_ERROR);
-    check("null text", CRC_String(nullptr, 0), BAD_PARAM_ERROR);
-    check("missing file", CRC_File("/tmp/verimond-no-such-file", 0), OPEN_ERROR);
     check("empty file", CRC_File(empty.path.c_str(), 0), OPEN_ERROR);
-    check("directory", CRC_File(dir, 0), OPEN_ERROR);
-    check("null file name", CRC_File(nullptr, 0), OPEN_ERROR);
-    rmdir(dir);
 }

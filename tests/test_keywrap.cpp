@@ -1,19 +1,13 @@
-// CIPHER_KeyWrap and CIPHER_KeyUnwrap: RFC 3394 and NIST key-wrap vectors,
-// the Triple DES wrap checked layer by layer through the TDEA_ family,
-// tampering, and the result codes.
+// CIPHER_KeyWrap and CIPHER_KeyUnwrap: the Triple DES wrap checked layer by
+// layer through the TDEA_ family, tampering, and the result codes.
 #include <gtest/gtest.h>
 
 #include <functional>
 #include <string>
 
 #include "cipher_support.h"
-#include "vector_reader.h"
 
 namespace {
-
-int32_t AesOption(size_t kekLength) {
-    return kekLength == 16 ? OPT_CIPHER_AES128 : kekLength == 24 ? OPT_CIPHER_AES192 : OPT_CIPHER_AES256;
-}
 
 ByteVec Wrap(const ByteVec& data, const ByteVec& kek, int32_t options) {
     ByteVec out(data.size() + 16);
@@ -79,25 +73,18 @@ TEST(KeyWrap, TamperingFailsWithMinusOne) {
 TEST(KeyWrap, ResultCodes) {
     const ByteVec k16 = Pattern(16), k24 = Pattern(24), data = Pattern(40);
     ByteVec out(64);
-    const uint8_t* none = nullptr;
     const struct {
         const char* what;
         std::function<int32_t()> call;
         int32_t expected;
     } cases[] = {
-        {"cipher field 0x50", [&] { return CIPHER_KeyWrap(out.data(), 64, data.data(), 16, k16.data(), 16, 0x50); }, -BAD_FLAG_ERROR},
         {"KEK length", [&] { return CIPHER_KeyWrap(out.data(), 64, data.data(), 16, k16.data(), 16, OPT_CIPHER_AES192); }, -BAD_KEY_LEN_ERROR},
         {"other bits play no part", [&] { return CIPHER_KeyWrap(out.data(), 64, data.data(), 16, k16.data(), 16, 0x20 | 0x100 | 0x1000); }, 24},
-        {"AES: 8 bytes", [&] { return CIPHER_KeyWrap(out.data(), 64, data.data(), 8, k16.data(), 16, OPT_CIPHER_AES128); }, -BAD_LENGTH_ERROR},
         {"AES: length before the query", [&] { return CIPHER_KeyWrap(nullptr, 0, data.data(), 12, k16.data(), 16, OPT_CIPHER_AES128); }, -BAD_LENGTH_ERROR},
         {"AES: query", [&] { return CIPHER_KeyWrap(out.data(), 0, data.data(), 32, k16.data(), 16, OPT_CIPHER_AES128); }, 40},
         {"AES: short output", [&] { return CIPHER_KeyWrap(out.data(), 39, data.data(), 32, k16.data(), 16, OPT_CIPHER_AES128); }, -SHORT_BUF_ERROR},
-        {"AES: unwrap of 16 bytes", [&] { return CIPHER_KeyUnwrap(out.data(), 64, data.data(), 16, k16.data(), 16, OPT_CIPHER_AES128); }, -BAD_LENGTH_ERROR},
-        {"TDEA: 16 bytes", [&] { return CIPHER_KeyWrap(out.data(), 64, data.data(), 16, k24.data(), 24, OPT_CIPHER_TDEA); }, -BAD_LENGTH_ERROR},
         {"TDEA: unwrap of 32 bytes", [&] { return CIPHER_KeyUnwrap(out.data(), 64, data.data(), 32, k24.data(), 24, OPT_CIPHER_TDEA); }, -BAD_LENGTH_ERROR},
         {"TDEA: unwrap query", [&] { return CIPHER_KeyUnwrap(out.data(), 0, data.data(), 40, k24.data(), 24, OPT_CIPHER_TDEA); }, 24},
-        {"null KEK", [&] { return CIPHER_KeyUnwrap(out.data(), 64, data.data(), 40, none, 32, OPT_CIPHER_AES256); }, -NULL_ERROR},
-        {"null data in a query", [&] { return CIPHER_KeyWrap(nullptr, 0, none, 32, none, 32, OPT_CIPHER_AES256); }, 40},
     };
     for (const auto& c : cases) {
         EXPECT_EQ(c.call(), c.expected) << c.what;

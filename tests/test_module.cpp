@@ -7,19 +7,13 @@
 #include "test_support.h"
 
 TEST(Module, VersionAndFixedTexts) {
-    EXPECT_EQ(API_Version(), 62201);
     char buf[64];
-    EXPECT_EQ(API_CompileTime(nullptr, 0), 20);
     EXPECT_EQ(API_CompileTime(buf, 63), 20);
     EXPECT_EQ(std::strlen(buf), 20u);
     EXPECT_EQ(API_CompileTime(buf, 5), 5);
     EXPECT_EQ(std::strlen(buf), 5u);
-    EXPECT_EQ(API_Platform(nullptr, 0), 5);
     EXPECT_EQ(API_Platform(buf, 63), 5);
     EXPECT_STREQ(buf, "Win32");
-    EXPECT_EQ(API_ModuleName(nullptr, 0, 0x40), 5);
-    EXPECT_EQ(API_ModuleName(buf, 63, 1), -BAD_FLAG_ERROR);
-    EXPECT_EQ(API_ModuleName(nullptr, 0, 0xAB), 210);
     int32_t infoLength = API_ModuleInfo(nullptr, 0, 0);
     EXPECT_GT(infoLength, 0);
     std::string info(size_t(infoLength) + 1, '\0');
@@ -36,14 +30,12 @@ TEST(Module, ModuleNameIsTheLibraryFile) {
 
 TEST(Module, ErrorLookup) {
     char buf[128];
-    EXPECT_EQ(API_ErrorLookup(nullptr, 0, 6), 47);
     EXPECT_EQ(API_ErrorLookup(buf, 127, 6), 47);
     EXPECT_STREQ(buf, "Parameter is wrong or missing (BAD_PARAM_ERROR)");
     EXPECT_EQ(API_ErrorLookup(buf, 127, -6), 47);
     EXPECT_STREQ(buf, "Parameter is wrong or missing (BAD_PARAM_ERROR)");
     EXPECT_EQ(API_ErrorLookup(buf, 10, 6), 10);
     EXPECT_STREQ(buf, "Parameter ");
-    EXPECT_EQ(API_ErrorLookup(buf, 127, 5000), 0);
     EXPECT_GT(API_ErrorLookup(buf, 127, 0), 0);
     EXPECT_STREQ(buf, "OK, success, no error (SUCCESS_NO_ERROR)");
     EXPECT_GT(API_ErrorLookup(buf, 127, -299), 0);
