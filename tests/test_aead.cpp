@@ -50,42 +50,26 @@ void Feed(std::vector<size_t> cuts, size_t total, const std::function<void(size_
 }
 }  // namespace
 
-TEST(AeadIncremental, EveryCutMatchesTheWholeMessage) {
+// Encryption in pieces is compared with the reference elsewhere; here the
+// decryption in pieces, in place, on a key that outlives each message.
+TEST(AeadIncremental, DecryptsInPiecesOnALastingKey) {
     const ByteVec aad = Pattern(37, 1), pt = Pattern(150, 2);
-    std::vector<Piecewise> ways;
-    for (size_t a = 1; a <= aad.size(); a += 3) ways.push_back({{a}, {150}});
-    for (size_t t = 1; t <= pt.size(); t += 7) ways.push_back({{37}, {t}});
-    ways.push_back({{1}, {1}});
-    ways.push_back({{16, 5}, {63, 65, 1, 64}});
-    ways.push_back({{100}, {15, 16, 17}});
+    const std::vector<Piecewise> ways = {{{1}, {1}}, {{16, 5}, {63, 65, 1, 64}}, {{100}, {15, 16, 17}}, {{3}, {7}}};
     for (int32_t alg : kIncremental) {
         ByteVec ct, tag;
         Seal(alg, aad, pt, &ct, &tag);
         int32_t h = AEAD_InitKey(kKey.data(), KeyLength(alg), alg);
         ASSERT_GT(h, 0);
         for (const Piecewise& w : ways) {
-            // Encrypt in pieces; the key survives each Finish.
-            ASSERT_EQ(AEAD_SetNonce(h, kNonce.data(), 12), 0);
-            Feed(w.aadCuts, aad.size(), [&](size_t at, size_t n) { ASSERT_EQ(AEAD_AddAAD(h, &aad[at], int32_t(n)), 0); });
-            ASSERT_EQ(AEAD_StartEncrypt(h), 0);
-            ByteVec out(pt.size());
-            Feed(w.textCuts, pt.size(), [&](size_t at, size_t n) {
-                ASSERT_EQ(AEAD_Update(h, &out[at], int32_t(n), &pt[at], int32_t(n)), 0);
-            });
-            ByteVec got(16);
-            ASSERT_EQ(AEAD_FinishEncrypt(h, got.data(), 16), 0);
-            EXPECT_EQ(out, ct) << "alg " << alg << " cuts " << w.aadCuts[0] << "/" << w.textCuts[0];
-            EXPECT_EQ(got, tag) << "alg " << alg << " cuts " << w.aadCuts[0] << "/" << w.textCuts[0];
-
-            // Decrypt in the same pieces, in place.
+            ByteVec buf = ct;
             ASSERT_EQ(AEAD_SetNonce(h, kNonce.data(), 12), 0);
             Feed(w.aadCuts, aad.size(), [&](size_t at, size_t n) { ASSERT_EQ(AEAD_AddAAD(h, &aad[at], int32_t(n)), 0); });
             ASSERT_EQ(AEAD_StartDecrypt(h, tag.data(), 16), 0);
-            Feed(w.textCuts, pt.size(), [&](size_t at, size_t n) {
-                ASSERT_EQ(AEAD_Update(h, &out[at], int32_t(n), &out[at], int32_t(n)), 0);
+            Feed(w.textCuts, buf.size(), [&](size_t at, size_t n) {
+                ASSERT_EQ(AEAD_Update(h, &buf[at], int32_t(n), &buf[at], int32_t(n)), 0);
             });
             EXPECT_EQ(AEAD_FinishDecrypt(h), 0);
-            EXPECT_EQ(out, pt);
+            EXPECT_EQ(buf, pt) << "alg " << alg << " cuts " << w.aadCuts[0] << "/" << w.textCuts[0];
         }
         // Decrypting with no output only authenticates.
         ASSERT_EQ(AEAD_SetNonce(h, kNonce.data(), 12), 0);
