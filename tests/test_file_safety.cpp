@@ -35,11 +35,6 @@ TEST(FileSafety, StreamFileCallsRefuseTheSameFileUnderAnotherName) {
             << other;
         EXPECT_EQ(ReadAll(path), content) << other;
     }
-    // A real round trip still works and the file calls agree with the byte calls.
-    const std::string enc = std::string(dir) + "/enc.bin", dec = std::string(dir) + "/dec.bin";
-    ASSERT_EQ(PC1_File(enc.c_str(), path.c_str(), key, 16), 0);
-    ASSERT_EQ(PC1_File(dec.c_str(), enc.c_str(), key, 16), 0);
-    EXPECT_EQ(ReadAll(dec), content);
-    for (const std::string& f : {path, link, enc, dec}) std::remove(f.c_str());
+    for (const std::string& f : {path, link}) std::remove(f.c_str());
     rmdir(dir);
 }

@@ -22,7 +22,6 @@ TEST(Frame, LatchHoldsTheFirstFailureUntilTheNextCall) {
 }
 
 TEST(Frame, EachThreadHasItsOwnLatch) {
-    unsigned char out[32];
     ASSERT_EQ(HASH_Length(14), -BAD_FLAG_ERROR);
     std::vector<int32_t> seen(8, -1);
     std::vector<std::thread> threads;
@@ -37,18 +36,4 @@ TEST(Frame, EachThreadHasItsOwnLatch) {
     for (auto& t : threads) t.join();
     for (int32_t v : seen) EXPECT_EQ(v, BAD_PARAM_ERROR);
     EXPECT_EQ(API_ErrorCode(), BAD_FLAG_ERROR);
-    (void)out;
-}
-
-TEST(Frame, ManyShortLivedThreadsKeepWorking) {
-    for (int round = 0; round < 4; ++round) {
-        std::vector<std::thread> threads;
-        for (int i = 0; i < 32; ++i) {
-            threads.emplace_back([] {
-                unsigned char d[32];
-                EXPECT_EQ(HASH_Bytes(d, 32, Bytes("abc"), 3, OPT_HASH_SHA256), 32);
-            });
-        }
-        for (auto& t : threads) t.join();
-    }
 }

@@ -215,12 +215,6 @@ TEST(RngPrompt, PipedAndClosedInput) {
         EXPECT_EQ(r.console.find("\r100%"), std::string::npos);
         EXPECT_EQ(r.console.back(), '\n');
     }
-    ChildOutcome refused = RunInChildWithInput(nullptr, [] {
-        uint8_t buf[8];
-        return RNG_BytesWithPrompt(nullptr, 8, nullptr, 0) + RNG_BytesWithPrompt(buf, 65537, nullptr, 0);
-    });
-    EXPECT_EQ(refused.exitStatus, BAD_PARAM_ERROR + PRNG_ERR_TOOBIG);
-    EXPECT_EQ(refused.console, "");  // refused before any prompt
 }
 
 TEST(RngTest, ReportAndResults) {

@@ -1,5 +1,4 @@
-// CIPHER_Stream... and PC1_: short keys, incremental cuts, handles, the hex
-// and file forms.
+// CIPHER_Stream... and PC1_: incremental cuts, handles, the hex and file forms.
 #include <gtest/gtest.h>
 #include <unistd.h>
 
@@ -38,15 +37,6 @@ const uint8_t kKey32[32] = {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 1
 const uint8_t kIv16[16] = {0xa0, 0xa1, 0xa2, 0xa3, 0xa4, 0xa5, 0xa6, 0xa7,
                            0xa8, 0xa9, 0xaa, 0xab, 0xac, 0xad, 0xae, 0xaf};
 }  // namespace
-
-// A 1-byte key is taken; the schedule steps through it cyclically.
-TEST(StreamArcfour, ShortKeysRepeat) {
-    ByteVec zeros(40, 0), one(40), five(40);
-    const uint8_t k1[1] = {0x5a}, k5[5] = {0x5a, 0x5a, 0x5a, 0x5a, 0x5a};
-    ASSERT_EQ(PC1_Bytes(one.data(), zeros.data(), 40, k1, 1), 0);
-    ASSERT_EQ(PC1_Bytes(five.data(), zeros.data(), 40, k5, 5), 0);
-    EXPECT_EQ(one, five);
-}
 
 TEST(StreamIncremental, EveryCutMatchesTheWholeMessage) {
     struct Setup {
