@@ -123,13 +123,6 @@ TEST(HashFile, TextModeTranslation) {
         EXPECT_EQ(FileDigest(path, OPT_HASH_SHA256 | OPT_HASH_TEXT_MODE), DigestOf(c.text, OPT_HASH_SHA256)) << c.name;
         EXPECT_EQ(FileDigest(path, OPT_HASH_SHA256), DigestOf(c.raw, OPT_HASH_SHA256)) << c.name;
     }
-    std::string raw, text;
-    for (int i = 0; i < 900; ++i) {
-        raw += "line " + std::to_string(i) + "\r\n";
-        text += "line " + std::to_string(i) + "\n";
-    }
-    EXPECT_EQ(FileDigest(TempFile("many_lines", raw), OPT_HASH_SHA3_512 | OPT_HASH_TEXT_MODE),
-              DigestOf(text, OPT_HASH_SHA3_512));
 }
 
 TEST(HashFile, OpenBeforeOptionAndCut) {

@@ -6,13 +6,14 @@
 #include <atomic>
 #include <climits>
 #include <cstring>
-#include <tuple>
+#include <fstream>
 #include <set>
 #include <sstream>
 #include <thread>
+#include <tuple>
 
 #include "child_run.h"
-#include "vector_reader.h"
+#include "test_support.h"
 
 namespace {
 int32_t ReseedCounter() { return API_ModuleName(nullptr, 0, 0xFEED); }
