@@ -182,3 +182,69 @@ TEST_F(BlockFiles, WriteFailureRemovesOutput) {
     EXPECT_EQ(rc, WRITE_ERROR);
     EXPECT_FALSE(fs::exists(Path("out")));
 }
+
+// Each family's forms give the same bytes: Hex and Base64 text against the
+// bytes call, and File and FileHex against FileExt with no options.
+TEST_F(BlockFiles, EveryFamilyFormsAgree) {
+    const int32_t keyLength[] = {16, 24, 32, 8, 24, 16};
+    for (Cipher c : {Cipher::Aes128, Cipher::Aes192, Cipher::Aes256, Cipher::Des, Cipher::Tdea, Cipher::Blf}) {
+        const int bs = BlockSize(c);
+        ByteVec key = Pattern(size_t(keyLength[int(c)])), iv = Pattern(size_t(bs)), data = Pattern(size_t(3 * bs));
+        for (auto& b : key) b ^= 0x5c;
+        const std::string hexKey = ToHex(key), hexIv = ToHex(iv);
+        const auto b64 = [](const ByteVec& v) {
+            std::string s(v.size() * 4 / 3 + 4, '\0');
+            s.resize(size_t(CNV_B64StrFromBytes(s.data(), int32_t(s.size()), v.data(), int32_t(v.size()))));
+            return s;
+        };
+        for (const char* mode : {"ECB", "CBC", "CTR"}) {
+            SCOPED_TRACE(std::to_string(int(c)) + " " + mode);
+            const std::string expected = Crypt(c, data, key, 1, mode, iv);
+            const ByteVec cipher = FromHex(expected);
+            std::string text(2 * data.size() + 1, '\0');
+            ASSERT_EQ(HexModeCall(c, text.data(), ToHex(data).c_str(), hexKey.c_str(), 1, mode, hexIv.c_str()), 0);
+            EXPECT_EQ(FromHex(text.c_str()), cipher);
+            const std::string b64Cipher = b64(cipher);
+            text.assign(b64Cipher.size() + 1, '\0');
+            ASSERT_EQ(B64ModeCall(c, text.data(), b64(data).c_str(), b64(key).c_str(), 1, mode, b64(iv).c_str()), 0);
+            EXPECT_EQ(text.c_str(), b64Cipher);
+            ASSERT_EQ(B64ModeCall(c, text.data(), b64Cipher.c_str(), b64(key).c_str(), 0, mode, b64(iv).c_str()), 0);
+            EXPECT_EQ(text.c_str(), b64(data));
+        }
+        Write(Path("plain"), data);
+        ASSERT_EQ(FileExtCall(c, Path("ext").c_str(), Path("plain").c_str(), key, 1, "CBC", iv.data(), 0), 0);
+        const std::string outFile = Path("file"), outHex = Path("hex"), in = Path("plain");
+        int32_t rcFile = -1, rcHex = -1;
+        switch (c) {
+        case Cipher::Aes128:
+            rcFile = AES128_File(outFile.c_str(), in.c_str(), key.data(), 1, "CBC", iv.data());
+            rcHex = AES128_FileHex(outHex.c_str(), in.c_str(), hexKey.c_str(), 1, "CBC", hexIv.c_str());
+            break;
+        case Cipher::Aes192:
+            rcFile = AES192_File(outFile.c_str(), in.c_str(), key.data(), 1, "CBC", iv.data());
+            rcHex = AES192_FileHex(outHex.c_str(), in.c_str(), hexKey.c_str(), 1, "CBC", hexIv.c_str());
+            break;
+        case Cipher::Aes256:
+            rcFile = AES256_File(outFile.c_str(), in.c_str(), key.data(), 1, "CBC", iv.data());
+            rcHex = AES256_FileHex(outHex.c_str(), in.c_str(), hexKey.c_str(), 1, "CBC", hexIv.c_str());
+            break;
+        case Cipher::Des:
+            rcFile = DES_File(outFile.c_str(), in.c_str(), key.data(), 1, "CBC", iv.data());
+            rcHex = DES_FileHex(outHex.c_str(), in.c_str(), hexKey.c_str(), 1, "CBC", hexIv.c_str());
+            break;
+        case Cipher::Tdea:
+            rcFile = TDEA_File(outFile.c_str(), in.c_str(), key.data(), 1, "CBC", iv.data());
+            rcHex = TDEA_FileHex(outHex.c_str(), in.c_str(), hexKey.c_str(), 1, "CBC", hexIv.c_str());
+            break;
+        case Cipher::Blf:
+            rcFile = BLF_File(outFile.c_str(), in.c_str(), key.data(), int32_t(key.size()), 1, "CBC", iv.data());
+            rcHex = BLF_FileHex(outHex.c_str(), in.c_str(), hexKey.c_str(), 1, "CBC", hexIv.c_str());
+            break;
+        }
+        ASSERT_EQ(rcFile, 0);
+        ASSERT_EQ(rcHex, 0);
+        EXPECT_EQ(Read(Path("file")), Read(Path("ext")));
+        EXPECT_EQ(Read(Path("hex")), Read(Path("ext")));
+        EXPECT_EQ(Read(Path("ext")).size(), data.size() + size_t(bs));  // a whole block of padding
+    }
+}
