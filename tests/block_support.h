@@ -142,6 +142,32 @@ inline int32_t FileExtCall(Cipher c, const char* out, const char* in, const Byte
     return -1;
 }
 
+inline int32_t FileCall(Cipher c, const char* out, const char* in, const ByteVec& key, int32_t dir, const char* mode,
+                        const uint8_t* iv) {
+    switch (c) {
+    case Cipher::Aes128: return AES128_File(out, in, key.data(), dir, mode, iv);
+    case Cipher::Aes192: return AES192_File(out, in, key.data(), dir, mode, iv);
+    case Cipher::Aes256: return AES256_File(out, in, key.data(), dir, mode, iv);
+    case Cipher::Des: return DES_File(out, in, key.data(), dir, mode, iv);
+    case Cipher::Tdea: return TDEA_File(out, in, key.data(), dir, mode, iv);
+    case Cipher::Blf: return BLF_File(out, in, key.data(), int32_t(key.size()), dir, mode, iv);
+    }
+    return -1;
+}
+
+inline int32_t FileHexCall(Cipher c, const char* out, const char* in, const char* key, int32_t dir, const char* mode,
+                           const char* iv) {
+    switch (c) {
+    case Cipher::Aes128: return AES128_FileHex(out, in, key, dir, mode, iv);
+    case Cipher::Aes192: return AES192_FileHex(out, in, key, dir, mode, iv);
+    case Cipher::Aes256: return AES256_FileHex(out, in, key, dir, mode, iv);
+    case Cipher::Des: return DES_FileHex(out, in, key, dir, mode, iv);
+    case Cipher::Tdea: return TDEA_FileHex(out, in, key, dir, mode, iv);
+    case Cipher::Blf: return BLF_FileHex(out, in, key, dir, mode, iv);
+    }
+    return -1;
+}
+
 // One-shot bytes call; the result as upper-case hex, or "error N".
 inline std::string Crypt(Cipher c, const ByteVec& data, const ByteVec& key, int32_t dir, const char* mode,
                          const ByteVec& iv) {

@@ -213,36 +213,8 @@ TEST_F(BlockFiles, EveryFamilyFormsAgree) {
         }
         Write(Path("plain"), data);
         ASSERT_EQ(FileExtCall(c, Path("ext").c_str(), Path("plain").c_str(), key, 1, "CBC", iv.data(), 0), 0);
-        const std::string outFile = Path("file"), outHex = Path("hex"), in = Path("plain");
-        int32_t rcFile = -1, rcHex = -1;
-        switch (c) {
-        case Cipher::Aes128:
-            rcFile = AES128_File(outFile.c_str(), in.c_str(), key.data(), 1, "CBC", iv.data());
-            rcHex = AES128_FileHex(outHex.c_str(), in.c_str(), hexKey.c_str(), 1, "CBC", hexIv.c_str());
-            break;
-        case Cipher::Aes192:
-            rcFile = AES192_File(outFile.c_str(), in.c_str(), key.data(), 1, "CBC", iv.data());
-            rcHex = AES192_FileHex(outHex.c_str(), in.c_str(), hexKey.c_str(), 1, "CBC", hexIv.c_str());
-            break;
-        case Cipher::Aes256:
-            rcFile = AES256_File(outFile.c_str(), in.c_str(), key.data(), 1, "CBC", iv.data());
-            rcHex = AES256_FileHex(outHex.c_str(), in.c_str(), hexKey.c_str(), 1, "CBC", hexIv.c_str());
-            break;
-        case Cipher::Des:
-            rcFile = DES_File(outFile.c_str(), in.c_str(), key.data(), 1, "CBC", iv.data());
-            rcHex = DES_FileHex(outHex.c_str(), in.c_str(), hexKey.c_str(), 1, "CBC", hexIv.c_str());
-            break;
-        case Cipher::Tdea:
-            rcFile = TDEA_File(outFile.c_str(), in.c_str(), key.data(), 1, "CBC", iv.data());
-            rcHex = TDEA_FileHex(outHex.c_str(), in.c_str(), hexKey.c_str(), 1, "CBC", hexIv.c_str());
-            break;
-        case Cipher::Blf:
-            rcFile = BLF_File(outFile.c_str(), in.c_str(), key.data(), int32_t(key.size()), 1, "CBC", iv.data());
-            rcHex = BLF_FileHex(outHex.c_str(), in.c_str(), hexKey.c_str(), 1, "CBC", hexIv.c_str());
-            break;
-        }
-        ASSERT_EQ(rcFile, 0);
-        ASSERT_EQ(rcHex, 0);
+        ASSERT_EQ(FileCall(c, Path("file").c_str(), Path("plain").c_str(), key, 1, "CBC", iv.data()), 0);
+        ASSERT_EQ(FileHexCall(c, Path("hex").c_str(), Path("plain").c_str(), hexKey.c_str(), 1, "CBC", hexIv.c_str()), 0);
         EXPECT_EQ(Read(Path("file")), Read(Path("ext")));
         EXPECT_EQ(Read(Path("hex")), Read(Path("ext")));
         EXPECT_EQ(Read(Path("ext")).size(), data.size() + size_t(bs));  // a whole block of padding

@@ -1,36 +1,12 @@
 // Sweep rows: HASH_, SHA3_ and the SHA1_, SHA2_, MD5_ families.
+#include "digest_family_support.h"
 #include "sweep.h"
 
 namespace sweep {
 
 namespace {
 
-// The eleven calls that SHA1_, SHA2_ and MD5_ share.
-struct NamedDigest {
-    const char* prefix;
-    int32_t (*stringHexHash)(char*, const char*);
-    int32_t (*fileHexHash)(char*, const char*, const char*);
-    int32_t (*bytesHexHash)(char*, const unsigned char*, int32_t);
-    int32_t (*bytesHash)(unsigned char*, const unsigned char*, int32_t);
-    int32_t (*init)();
-    int32_t (*addString)(int32_t, const char*);
-    int32_t (*addBytes)(int32_t, const unsigned char*, int32_t);
-    int32_t (*hexDigest)(char*, int32_t);
-    int32_t (*reset)(int32_t);
-    int32_t (*hmac)(char*, const unsigned char*, int32_t, const unsigned char*, int32_t);
-    int32_t (*hmacHex)(char*, const char*, const char*);
-};
-
-const NamedDigest kNamed[] = {
-    {"SHA1_", SHA1_StringHexHash, SHA1_FileHexHash, SHA1_BytesHexHash, SHA1_BytesHash, SHA1_Init, SHA1_AddString,
-     SHA1_AddBytes, SHA1_HexDigest, SHA1_Reset, SHA1_Hmac, SHA1_HmacHex},
-    {"SHA2_", SHA2_StringHexHash, SHA2_FileHexHash, SHA2_BytesHexHash, SHA2_BytesHash, SHA2_Init, SHA2_AddString,
-     SHA2_AddBytes, SHA2_HexDigest, SHA2_Reset, SHA2_Hmac, SHA2_HmacHex},
-    {"MD5_", MD5_StringHexHash, MD5_FileHexHash, MD5_BytesHexHash, MD5_BytesHash, MD5_Init, MD5_AddString,
-     MD5_AddBytes, MD5_HexDigest, MD5_Reset, MD5_Hmac, MD5_HmacHex},
-};
-
-void AddNamedRows(Table& rows, const NamedDigest& f) {
+void AddNamedRows(Table& rows, const DigestFamily& f) {
     FROW(Is(BAD_PARAM_ERROR), "StringHexHash", f.stringHexHash(t, nullptr));
     FROW(Is(0), "StringHexHash", f.stringHexHash(nullptr, "abc"));
     FROW(Is(BAD_PARAM_ERROR), "FileHexHash", f.fileHexHash(t, nullptr, "b"));
@@ -166,7 +142,7 @@ Table DigestRows() {
     AddHandleRows(rows, {"SHA3_AddBytes", "SHA3_Reset", [] { return SHA3_Init(256); },
                          [](int32_t h) { return SHA3_AddBytes(h, in, 3); }, SHA3_Reset,
                          [] { return HASH_Init(3); }, INVALID_HANDLE_ERROR});
-    for (const NamedDigest& f : kNamed) AddNamedRows(rows, f);
+    for (const DigestFamily& f : kDigestFamilies) AddNamedRows(rows, f);
     return rows;
 }
 
