@@ -8,33 +8,22 @@ import os
 import re
 import sys
 
-sys.path.insert(0, os.path.join(os.path.dirname(os.path.dirname(os.path.abspath(__file__))),
-                                "tools"))
+sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "tools"))
 import make_api_doc  # noqa: E402
 
-
-def main():
-    header, document = sys.argv[1], sys.argv[2]
-    declared = make_api_doc.declared(header)
-    text = open(document, encoding="utf-8").read()
-    documented = set(re.findall(r"^##### `(\w+)`$", text, re.M))
-    problems = []
-    for name, prototype in sorted(declared.items()):
-        if name not in documented:
-            problems.append("not documented: " + name)
-        elif prototype not in text:
-            problems.append("prototype changed: " + name)
-        try:
-            make_api_doc.style_of(name)
-        except SystemExit as e:
-            problems.append(str(e))
-    problems += ["documented but not exported: " + n for n in sorted(documented - set(declared))]
-    if problems:
-        print("\n".join(problems))
-        print("run: python3 tools/make_api_doc.py")
-        return 1
-    return 0
-
-
-if __name__ == "__main__":
-    sys.exit(main())
+header, document = sys.argv[1:3]
+declared = make_api_doc.declared(header)
+text = open(document, encoding="utf-8").read()
+documented = set(re.findall(r"^##### `(\w+)`$", text, re.M))
+problems = ["documented but not exported: " + name for name in sorted(documented - set(declared))]
+for name, prototype in sorted(declared.items()):
+    if name not in documented:
+        problems.append("not documented: " + name)
+    elif prototype not in text:
+        problems.append("prototype changed: " + name)
+    try:
+        make_api_doc.style_of(name)
+    except SystemExit as e:
+        problems.append(str(e))
+if problems:
+    sys.exit("\n".join(problems + ["run: python3 tools/make_api_doc.py"]))
