@@ -1,8 +1,7 @@
-// The processor-specific paths against the portable ones. Each computation
-// runs on random inputs of every length up to 300 bytes and a few long ones,
-// from odd addresses, fed whole or in random pieces, once on the portable
-// code and once under each set of processor paths; the bytes it returns (the
-// outputs and the records the calls leave) must be the same.
+// Each computation runs on random inputs of every length to 300 bytes and a
+// few long ones, from odd addresses, in random pieces, on the portable code
+// and under each set of processor paths; the bytes it returns (outputs and
+// the records the calls leave) must be the same.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -30,15 +29,11 @@
 namespace {
 using ByteVector = std::vector<uint8_t>;
 
-// Sets the path flags from an override text for a scope; the machine's own
-// flags come back at its end.
-class PathScope {
-  public:
-    explicit PathScope(const char* override) : saved_(g_cpu) { CpuDetectWith(override); }
-    ~PathScope() { g_cpu = saved_; }
-
-  private:
-    CpuFeatures saved_;
+// The path flags of an override text for a scope; the machine's come back.
+struct PathScope {
+    CpuFeatures saved = g_cpu;
+    explicit PathScope(const char* override) { CpuDetectWith(override); }
+    ~PathScope() { g_cpu = saved; }
 };
 
 struct Random {
@@ -60,19 +55,19 @@ struct Random {
     }
 };
 
-// Cuts [0, n) into up to four pieces at random points.
-std::vector<size_t> Cuts(size_t n, Random& r) {
-    std::vector<size_t> cuts = {0};
+// Calls piece(at, length) over [0, n) cut into up to four pieces at random.
+template <typename Piece>
+void InPieces(size_t n, Random& r, Piece piece) {
+    std::vector<size_t> cuts = {0, n};
     for (size_t i = r.Below(4); i > 0; --i) cuts.push_back(r.Below(n + 1));
-    cuts.push_back(n);
     std::sort(cuts.begin(), cuts.end());
-    return cuts;
+    for (size_t i = 0; i + 1 < cuts.size(); ++i) piece(cuts[i], cuts[i + 1] - cuts[i]);
 }
 
-template <typename T>
-void Append(ByteVector& out, const T& value) {
-    const uint8_t* p = reinterpret_cast<const uint8_t*>(&value);
-    out.insert(out.end(), p, p + sizeof value);
+template <typename... T>
+void Append(ByteVector& out, const T&... values) {
+    (out.insert(out.end(), reinterpret_cast<const uint8_t*>(&values), reinterpret_cast<const uint8_t*>(&values + 1)),
+     ...);
 }
 
 // One computation over a message; seed chooses its cuts and anything else
@@ -111,17 +106,14 @@ void CompareWithPortable(const std::string& name, const Computation& compute,
     }
 }
 
-// A Merkle-Damgard digest fed in pieces; the record after the updates is
-// part of the result.
-template <typename Context, typename Final>
-Computation MdDigest(void (*start)(Context*), void (*update)(Context*, const uint8_t*, uint32_t), Final final,
-                     size_t digestLength) {
+// A digest fed in pieces; the record after the updates is part of the result.
+template <typename Context, typename Start, typename Update, typename Final>
+Computation Digest(Start start, Update update, Final final, size_t digestLength) {
     return [=](const uint8_t* data, size_t n, uint64_t seed) {
         Random r{seed};
         Context ctx{};
         start(&ctx);
-        std::vector<size_t> cuts = Cuts(n, r);
-        for (size_t i = 0; i + 1 < cuts.size(); ++i) update(&ctx, data + cuts[i], uint32_t(cuts[i + 1] - cuts[i]));
+        InPieces(n, r, [&](size_t at, size_t length) { update(&ctx, data + at, uint32_t(length)); });
         ByteVector out;
         Append(out, ctx);
         ByteVector digest(digestLength);
@@ -132,18 +124,11 @@ Computation MdDigest(void (*start)(Context*), void (*update)(Context*, const uin
 }
 
 Computation Sponge(bool shake, uint32_t bits, uint32_t outputLength) {
-    return [=](const uint8_t* data, size_t n, uint64_t seed) {
-        Random r{seed};
-        Sha3Context ctx{};
-        if (shake) ShakeStart(&ctx, bits);
-        else Sha3Start(&ctx, bits);
-        std::vector<size_t> cuts = Cuts(n, r);
-        for (size_t i = 0; i + 1 < cuts.size(); ++i) Sha3Absorb(&ctx, data + cuts[i], uint32_t(cuts[i + 1] - cuts[i]));
-        ByteVector out(outputLength);
-        if (shake) SpongeFinish(out.data(), outputLength, &ctx, 0x1F);
-        else Sha3Finish(out.data(), outputLength, &ctx);
-        return out;
-    };
+    return Digest<Sha3Context>([=](Sha3Context* c) { shake ? ShakeStart(c, bits) : Sha3Start(c, bits); }, Sha3Absorb,
+                               [=](uint8_t* out, Sha3Context* c) {
+                                   shake ? SpongeFinish(out, outputLength, c, 0x1F) : Sha3Finish(out, outputLength, c);
+                               },
+                               outputLength);
 }
 
 // Counters that put a wrap of the low word, or of all 64 bits, inside long
@@ -169,13 +154,11 @@ Computation StreamXor(bool chacha) {
             s.words[9] = counter[1];
         }
         ByteVector out(data, data + n);
-        const bool inPlace = seed & 1;
-        std::vector<size_t> cuts = Cuts(n, r);
-        for (size_t i = 0; i + 1 < cuts.size(); ++i) {
-            const uint8_t* from = inPlace ? out.data() + cuts[i] : data + cuts[i];
-            if (chacha) Chacha20Xor(&c, from, out.data() + cuts[i], cuts[i + 1] - cuts[i]);
-            else Salsa20Xor(&s, from, out.data() + cuts[i], cuts[i + 1] - cuts[i]);
-        }
+        const uint8_t* in = (seed & 1) ? out.data() : data;
+        InPieces(n, r, [&](size_t at, size_t length) {
+            if (chacha) Chacha20Xor(&c, in + at, out.data() + at, length);
+            else Salsa20Xor(&s, in + at, out.data() + at, length);
+        });
         if (chacha) Append(out, c.words);
         else Append(out, s.words);
         return out;
@@ -204,8 +187,7 @@ ByteVector Poly1305Tag(const uint8_t* data, size_t n, uint64_t seed) {
     Poly1305Context ctx;
     Poly1305Init(&ctx, key);
     if (extreme) std::memcpy(ctx.h, kEdges[r.Below(5)], sizeof ctx.h);
-    std::vector<size_t> cuts = Cuts(n, r);
-    for (size_t i = 0; i + 1 < cuts.size(); ++i) Poly1305Update(&ctx, message.data() + cuts[i], cuts[i + 1] - cuts[i]);
+    InPieces(n, r, [&](size_t at, size_t length) { Poly1305Update(&ctx, message.data() + at, length); });
     ByteVector tag(16);
     Poly1305Final(&ctx, tag.data());
     return tag;
@@ -292,17 +274,9 @@ ByteVector GcmWhole(const uint8_t* data, size_t n, uint64_t seed) {
 // The record's fields that both paths keep (not the 4 KB table, the
 // first-round cache or the nonce, which one path alone fills).
 void AppendRecord(ByteVector& out, const GcmStream& s) {
-    Append(out, s.counter);
-    Append(out, s.pendingLen);
+    Append(out, s.counter, s.pendingLen);
     out.insert(out.end(), s.pending, s.pending + s.pendingLen);
-    Append(out, s.ghash);
-    Append(out, s.encJ0);
-    Append(out, s.keystreamPos);
-    Append(out, s.keystream);
-    Append(out, s.aadLen);
-    Append(out, s.textLen);
-    Append(out, s.state);
-    Append(out, s.tables.schedule);
+    Append(out, s.ghash, s.encJ0, s.keystreamPos, s.keystream, s.aadLen, s.textLen, s.state, s.tables.schedule);
 }
 
 // The incremental GCM record with AAD and text in random pieces, the record
@@ -356,11 +330,11 @@ ByteVector ScryptKey(const uint8_t*, size_t n, uint64_t seed) {
 
 TEST(CpuPaths, EveryAlgorithmMatchesThePortableCode) {
     const std::pair<const char*, Computation> cases[] = {
-        {"SHA-1", MdDigest<Sha1Context>(Sha1Start, Sha1Update, Sha1Final, 20)},
-        {"SHA-224", MdDigest<Sha256Context>(Sha224Start, Sha256Update, Sha224Final, 28)},
-        {"SHA-256", MdDigest<Sha256Context>(Sha256Start, Sha256Update, Sha256Final, 32)},
-        {"SHA-384", MdDigest<Sha512Context>(Sha384Start, Sha512Update, Sha384Final, 48)},
-        {"SHA-512", MdDigest<Sha512Context>(Sha512Start, Sha512Update, Sha512Final, 64)},
+        {"SHA-1", Digest<Sha1Context>(Sha1Start, Sha1Update, Sha1Final, 20)},
+        {"SHA-224", Digest<Sha256Context>(Sha224Start, Sha256Update, Sha224Final, 28)},
+        {"SHA-256", Digest<Sha256Context>(Sha256Start, Sha256Update, Sha256Final, 32)},
+        {"SHA-384", Digest<Sha512Context>(Sha384Start, Sha512Update, Sha384Final, 48)},
+        {"SHA-512", Digest<Sha512Context>(Sha512Start, Sha512Update, Sha512Final, 64)},
         {"SHA3-256", Sponge(false, 256, 32)},
         {"SHA3-512", Sponge(false, 512, 64)},
         {"SHAKE128", Sponge(true, 128, 400)},  // squeezes across permutations
@@ -390,27 +364,7 @@ TEST(CpuPaths, AesCounterCarriesAndWrapsInsideGroups) {
     }
 }
 
-// Tables carry the path they were made for: switching the processor flags
-// afterwards must not send them down the other path.
-TEST(CpuPaths, GcmKeyKeepsThePathOfItsSetUp) {
-    Random r{99};
-    const ByteVector key = r.Bytes(32), iv = r.Bytes(12), text = r.Bytes(77);
-    uint8_t tag[2][16], out[2][77];
-    for (int p = 0; p < 2; ++p) {
-        GcmKeyTables t;
-        {
-            PathScope made(p == 0 ? "portable" : nullptr);
-            GcmExpandKey(&t, key.data(), 256);
-        }
-        PathScope used(p == 0 ? nullptr : "portable");
-        GcmSeal(&t, iv.data(), 12, text.data(), text.size(), nullptr, 0, out[p], tag[p]);
-        EXPECT_EQ(GcmOpen(&t, iv.data(), 12, out[p], text.size(), tag[p], 16, nullptr, 0, nullptr), 1);
-        GcmWipeKeyTables(&t);
-    }
-    EXPECT_EQ(ToHex(tag[0], 16), ToHex(tag[1], 16));
-    EXPECT_EQ(ToHex(out[0], 77), ToHex(out[1], 77));
-}
-
+// The path sets above must each clear only what they name.
 TEST(CpuPaths, NamedOverridesClearOnlyTheirFlags) {
     const std::pair<const char*, bool CpuFeatures::*> cases[] = {
         {"-bmi1", &CpuFeatures::bmi1},           {"-bmi2", &CpuFeatures::bmi2},

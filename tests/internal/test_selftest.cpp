@@ -1,9 +1,9 @@
-// White-box checks of the power-up tests: a planted fault stops the run at
-// that test with its own report, the load checks go on to the generator's
-// health check after a failure, and the run passes on every code path the
-// processor flags can select.
+// The power-up tests: a planted fault stops the run at that test with its
+// own report, the load checks go on to the generator's health check after a
+// failure, and the run passes on every path the processor flags select.
 #include <gtest/gtest.h>
 
+#include <cstdio>
 #include <cstring>
 #include <string>
 #include <thread>
@@ -18,29 +18,21 @@
 
 namespace {
 
-// By test number, in the fixed order: the second line of the log record
-// (module, event identifier, text).
-const char* const kReportLines[] = {
-    "Verimond (c0001f46) Failed Known Answer Test for SHA-1",
-    "Verimond (c0001f47) Failed Known Answer Test for SHA-256",
-    "Verimond (c0001f48) Failed Known Answer Test for SHA-384",
-    "Verimond (c0001f49) Failed Known Answer Test for SHA-512",
-    "Verimond (c0001f4a) Failed Known Answer Test for SHA-224",
-    "Verimond (c0001f55) Failed Known Answer Test for SHA-3",
-    "Verimond (c0001f4b) Failed Known Answer Test for MD5",
-    "Verimond (c0001f43) Failed Known Answer Test for Triple DES",
-    "Verimond (c0001f44) Failed Known Answer Test for AES",
-    "Verimond (c0001f45) Failed Known Answer Test for Blowfish",
-    "Verimond (c0001f4c) Failed Known Answer Test for HMAC-SHA-1",
-    "Verimond (c0001f4d) Failed Known Answer Test for HMAC-SHA-256",
-    "Verimond (c0001f4e) Failed Known Answer Test for HMAC-SHA-384",
-    "Verimond (c0001f4f) Failed Known Answer Test for HMAC-SHA-512",
-    "Verimond (c0001f50) Failed Known Answer Test for HMAC-SHA-224",
-    "Verimond (c0001f53) Failed Known Answer Test for HMAC-MD5",
-    "Verimond (c0001f51) Failed Known Answer Test for CMAC-AES",
-    "Verimond (c0001f52) Failed Known Answer Test for CMAC-TDEA",
-};
-static_assert(sizeof kReportLines / sizeof kReportLines[0] == kPowerUpTestCount);
+// By test number, in the fixed order: the event identifier's last byte and
+// the algorithm of the report's second log line.
+const std::pair<int, const char*> kReports[] = {
+    {0x46, "SHA-1"},       {0x47, "SHA-256"},     {0x48, "SHA-384"},     {0x49, "SHA-512"},    {0x4a, "SHA-224"},
+    {0x55, "SHA-3"},       {0x4b, "MD5"},         {0x43, "Triple DES"},  {0x44, "AES"},        {0x45, "Blowfish"},
+    {0x4c, "HMAC-SHA-1"},  {0x4d, "HMAC-SHA-256"}, {0x4e, "HMAC-SHA-384"}, {0x4f, "HMAC-SHA-512"},
+    {0x50, "HMAC-SHA-224"}, {0x53, "HMAC-MD5"},    {0x51, "CMAC-AES"},    {0x52, "CMAC-TDEA"}};
+static_assert(sizeof kReports / sizeof kReports[0] == kPowerUpTestCount);
+
+std::string ReportText(int n) { return std::string("Failed Known Answer Test for ") + kReports[n - 1].second; }
+std::string ReportLine(int n) {
+    char code[32];
+    std::snprintf(code, sizeof code, "Verimond (c0001f%02x) ", kReports[n - 1].first);
+    return code + ReportText(n);
+}
 
 size_t CountOf(const std::string& text, const std::string& part) {
     size_t n = 0;
@@ -117,12 +109,11 @@ TEST(PowerUpTests, FaultStopsTheRunAtThatTestWithItsReport) {
             int failed = PowerUpTestsWithFault(n, &run);
             return failed == 1 ? run : 100 + run;
         });
-        SCOPED_TRACE(kReportLines[n - 1]);
+        SCOPED_TRACE(ReportLine(n));
         EXPECT_EQ(child.exitStatus, n);
         EXPECT_EQ(CountOf(child.log, "Verimond ("), 1u) << child.log;
-        EXPECT_NE(child.log.find(std::string(kReportLines[n - 1]) + "\n"), std::string::npos) << child.log;
-        std::string text = kReportLines[n - 1];
-        EXPECT_EQ(child.console, "Verimond: " + text.substr(text.find(") ") + 2) + "\n");
+        EXPECT_NE(child.log.find(ReportLine(n) + "\n"), std::string::npos) << child.log;
+        EXPECT_EQ(child.console, "Verimond: " + ReportText(n) + "\n");
     }
 }
 
@@ -141,7 +132,7 @@ TEST(PowerUpTests, LoadChecksRunTheHealthCheckAfterAFailure) {
         EXPECT_LT(child.exitStatus, 10);
         // Only the failing test reports: the checks that pass stay silent.
         EXPECT_EQ(CountOf(child.log, "Verimond ("), 1u) << child.log;
-        EXPECT_NE(child.log.find(kReportLines[n - 1]), std::string::npos) << child.log;
+        EXPECT_NE(child.log.find(ReportLine(n)), std::string::npos) << child.log;
     }
 }
 
