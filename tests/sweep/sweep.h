@@ -70,10 +70,8 @@ struct Stateful {
 };
 void AddHandleRows(Table& rows, const Stateful& s);
 
-// Runs every row, reports each mismatch with its name; the export each row
-// names is collected for the coverage check.
+// Runs every row, reports each mismatch with its name.
 void RunTable(const Table& rows);
-std::vector<std::string> ExportNames(const Table& rows);
 
 // The tables, one per family group.
 Table FrameAndConversionRows();
