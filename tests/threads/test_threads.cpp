@@ -145,31 +145,23 @@ void OneShots(const Inputs& in, Results& r) {
     auto add = [&](const char* name, int32_t code, const uint8_t* bytes, size_t n) {
         r.push_back(std::string(name) + " " + std::to_string(code) + " " + ToHex(bytes, n));
     };
-    int32_t c = HASH_Bytes(out, 64, m, 300, OPT_HASH_SHA3_512);
-    add("hash1", c, out, 64);
-    c = MAC_Bytes(out, 16, m, 300, in.key, 24, OPT_CMAC_AES192);
-    add("mac1", c, out, 16);
-    c = CIPHER_EncryptBytes(out, 512, m, 77, in.key, 24, in.iv, 8, "tdea/cbc/ansix923", 0);
-    add("enc1", c, out, 80);
-    c = AEAD_EncryptWithTag(out, 512, m, 50, in.key, 16, in.iv, 16, m, 5, OPT_AEAD_ASCON_128A | OPT_PREFIX_IV);
-    add("seal1", c, out, 82);
-    c = PBE_Kdf2(out, 40, in.key, 32, m, 16, 3, OPT_HASH_SHA256);
-    add("kdf1", c, out, 40);
-    c = ZLIB_Deflate(out, 512, m, 300);
+    add("hash1", HASH_Bytes(out, 64, m, 300, OPT_HASH_SHA3_512), out, 64);
+    add("mac1", MAC_Bytes(out, 16, m, 300, in.key, 24, OPT_CMAC_AES192), out, 16);
+    add("enc1", CIPHER_EncryptBytes(out, 512, m, 77, in.key, 24, in.iv, 8, "tdea/cbc/ansix923", 0), out, 80);
+    add("seal1", AEAD_EncryptWithTag(out, 512, m, 50, in.key, 16, in.iv, 16, m, 5, OPT_AEAD_ASCON_128A | OPT_PREFIX_IV),
+        out, 82);
+    add("kdf1", PBE_Kdf2(out, 40, in.key, 32, m, 16, 3, OPT_HASH_SHA256), out, 40);
+    int32_t c = ZLIB_Deflate(out, 512, m, 300);
     add("zlib1", c, out, size_t(c > 0 ? c : 0));
-    c = CRC_Bytes(m, 300, 0);
-    add("crc1", c, out, 0);
+    add("crc1", CRC_Bytes(m, 300, 0), out, 0);
     c = CNV_B64StrFromBytes(text, 299, m, 100);
     add("b64", c, reinterpret_cast<const uint8_t*>(text), size_t(c > 0 ? c : 0));
-    c = CIPHER_KeyWrap(out, 40, in.key, 32, m, 32, OPT_CIPHER_AES256);
-    add("kw1", c, out, 40);
+    add("kw1", CIPHER_KeyWrap(out, 40, in.key, 32, m, 32, OPT_CIPHER_AES256), out, 40);
     // The latch is the thread's own, whatever other threads fail with.
     HASH_Length(9);
-    c = API_ErrorCode();
-    add("latch", c, out, 0);
+    add("latch", API_ErrorCode(), out, 0);
     RNG_KeyBytes(out, 32, m, 8);
-    c = API_ErrorCode();
-    add("latch after RNG", c, out, 0);
+    add("latch after RNG", API_ErrorCode(), out, 0);
 }
 
 Results SingleRun(int variant) {
