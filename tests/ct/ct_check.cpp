@@ -1,21 +1,10 @@
-// Constant-time check, run under valgrind's memcheck: the secrets of each
-// call (keys, plaintext, received tags and padded data) are marked
-// undefined, so that any branch or memory address that depends on them is
-// reported as a use of uninitialised data. The library marks the answers
-// that it gives away by design (a tag or padding is accepted or not, and the
-// length that is left) as defined before it acts on them.
-//
-// Covered: the padding check, the tag comparisons of AES-GCM,
-// ChaCha20-Poly1305 and Ascon, the key-unwrap integrity value, Poly1305,
-// ChaCha20 and Salsa20, and AES and GHASH on the processor's AES and
-// carry-less multiply instructions, which are in use when VERIMOND_CPU is not
-// set and the processor has them. Not covered, because they are table-driven
-// and not constant-time by design: the portable AES and 4 KB GHASH table,
-// DES, Triple DES, Blowfish and ARCFOUR, and the hex text parsers.
-//
-// Each case runs once with defined inputs for the expected answer, then
-// again with the secrets undefined; the two answers must agree. Without
-// valgrind the marks do nothing and the program checks the answers only.
+// Constant-time check under valgrind's memcheck: each call's secrets (keys,
+// plaintext, received tags, padded data) are marked undefined, so a branch or
+// address that depends on them is reported. The library marks the answers it
+// gives away by design (tag or padding accepted, length left) as defined.
+// Table-driven code (portable AES and GHASH, DES, Blowfish, ARCFOUR, hex
+// parsers) is not constant-time by design and is not covered. Each case runs
+// once defined, then with the secrets undefined; the answers must agree.
 #include <valgrind/memcheck.h>
 
 #include <cstdio>
@@ -72,27 +61,23 @@ void Case(const std::string& name, std::vector<Bytes> inputs, const std::vector<
 }
 
 void Padding() {
-    struct Scheme {
-        const char* name;
-        int32_t option;
-    };
-    const Scheme schemes[] = {{"pkcs5", OPT_PAD_PKCS5}, {"one-and-zeroes", OPT_PAD_ONEANDZEROES},
-                              {"x9.23", OPT_PAD_ANSIX923}, {"w3c", OPT_PAD_W3C}};
-    for (const Scheme& s : schemes) {
+    const std::pair<const char*, int32_t> schemes[] = {{"pkcs5", OPT_PAD_PKCS5}, {"one-and-zeroes", OPT_PAD_ONEANDZEROES},
+                                                       {"x9.23", OPT_PAD_ANSIX923}, {"w3c", OPT_PAD_W3C}};
+    for (const auto& s : schemes) {
         for (int32_t block : {8, 16}) {
             for (int32_t dataLength : {0, 5, block - 1, block, 3 * block - 2}) {
                 Bytes data = Pattern(size_t(dataLength), dataLength);
                 Bytes padded(size_t(dataLength + block));
                 const int32_t n = PAD_BytesBlock(padded.data(), int32_t(padded.size()), data.data(), dataLength, block,
-                                                 s.option);
+                                                 s.second);
                 padded.resize(size_t(n));
                 Bytes broken = padded;
                 broken.back() ^= 0x40;  // out of range for every scheme
                 for (const Bytes* input : {&padded, &broken}) {
-                    Case(std::string("PAD_UnpadBytes ") + s.name + " block " + std::to_string(block), {*input}, {0},
+                    Case(std::string("PAD_UnpadBytes ") + s.first + " block " + std::to_string(block), {*input}, {0},
                          padded.size(), [&](std::vector<Bytes>& in, uint8_t* out) {
                              return PAD_UnpadBytes(out, int32_t(padded.size()), in[0].data(), int32_t(in[0].size()),
-                                                   block, s.option);
+                                                   block, s.second);
                          });
                 }
             }
@@ -121,21 +106,11 @@ void BlockCipher() {
                                             in[2].data(), 16, names[i], 0);
              });
     }
-    // The per-cipher calls over the same engine, in every mode and direction.
-    for (const char* mode : {"ECB", "CBC", "CFB", "OFB", "CTR"}) {
-        for (int32_t direction : {1, 0}) {
-            Case(std::string("AES256_BytesMode ") + mode, {Pattern(32, 1), Pattern(64, 2), Pattern(16, 3)}, {0, 1}, 64,
-                 [&](std::vector<Bytes>& in, uint8_t* out) {
-                     return AES256_BytesMode(out, in[1].data(), 64, in[0].data(), direction, mode, in[2].data());
-                 });
-        }
-    }
 }
 
 void KeyUnwrap() {
-    for (int32_t kekLength : {16, 24, 32}) {
-        const int32_t option = kekLength == 16 ? OPT_CIPHER_AES128 : kekLength == 24 ? OPT_CIPHER_AES192
-                                                                                      : OPT_CIPHER_AES256;
+    for (const int32_t kekLength : {16, 32}) {
+        const int32_t option = kekLength == 16 ? OPT_CIPHER_AES128 : OPT_CIPHER_AES256;
         const Bytes kek = Pattern(size_t(kekLength), kekLength), key = Pattern(32, 7);
         Bytes wrapped(40);
         CIPHER_KeyWrap(wrapped.data(), 40, key.data(), 32, kek.data(), kekLength, option);

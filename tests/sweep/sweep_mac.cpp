@@ -1,4 +1,6 @@
 // Sweep rows: MAC_, XOF_Bytes, PRF_Bytes and PBE_.
+#include <string>
+
 #include "sweep.h"
 
 namespace sweep {
@@ -102,14 +104,6 @@ Table MacAndDerivationRows() {
         ROW(Is(-BAD_PARAM_ERROR), PBE_Scrypt(o, 16, in, kMin, in, 3, 16, 1, 1, 0)),
         ROW(Is(-BAD_PARAM_ERROR), PBE_Scrypt(o, 16, in, 3, in, -1, 16, 1, 1, 0)),
         ROW(Is(-BAD_PARAM_ERROR), PBE_Scrypt(o, 16, in, 3, in, 3, 0, 1, 1, 0)),
-        ROW(Is(-OUT_OF_RANGE_ERROR), PBE_Scrypt(o, 16, in, 3, in, 3, 1, 1, 1, 0)),
-        ROW(Is(-OUT_OF_RANGE_ERROR), PBE_Scrypt(o, 16, in, 3, in, 3, 3, 1, 1, 0)),
-        ROW(Is(-OUT_OF_RANGE_ERROR), PBE_Scrypt(o, 16, in, 3, in, 3, kMin, 1, 1, 0)),
-        ROW(Is(-OUT_OF_RANGE_ERROR), PBE_Scrypt(o, 16, in, 3, in, 3, 16, kMax, 1, 0)),
-        ROW(Is(-OUT_OF_RANGE_ERROR), PBE_Scrypt(o, 16, in, 3, in, 3, 16, -1, 1, 0)),
-        ROW(Is(-OUT_OF_RANGE_ERROR), PBE_Scrypt(o, 16, in, 3, in, 3, 16, 1, kMax, 0)),
-        ROW(Is(-OUT_OF_RANGE_ERROR), PBE_Scrypt(o, 16, in, 3, in, 3, 16, 1, kMin, 0)),
-        ROW(Is(-OUT_OF_RANGE_ERROR), PBE_Scrypt(o, 16, in, 3, in, 3, 1024, 0x10000, 1, 0)),
         ROW(Is(-NULL_ERROR), PBE_ScryptHex(nullptr, 64, 16, "pw", "00", 16, 1, 1, 0)),
         ROW(Is(-NULL_ERROR), PBE_ScryptHex(t, 64, 16, nullptr, "00", 16, 1, 1, 0)),
         ROW(Is(-BAD_PARAM_ERROR), PBE_ScryptHex(t, 0, 16, "pw", "00", 16, 1, 1, 0)),
@@ -120,6 +114,13 @@ Table MacAndDerivationRows() {
         ROW(Is(-BAD_FORMAT_ERROR), PBE_ScryptHex(t, 64, 16, "pw", "000", 16, 1, 1, 0)),
         ROW(Is(-OUT_OF_RANGE_ERROR), PBE_ScryptHex(t, 64, 16, "pw", "00", 3, 1, 1, 0)),
     };
+    // Costs out of range: N not a power of two above 1, r or p out of range, N * r too large.
+    const int32_t costs[][3] = {{1, 1, 1},    {3, 1, 1},    {kMin, 1, 1}, {16, kMax, 1},
+                                {16, -1, 1},  {16, 1, kMax}, {16, 1, kMin}, {1024, 0x10000, 1}};
+    for (const auto& c : costs) {
+        rows.push_back({"PBE_Scrypt cost row " + std::to_string(&c - costs),
+                        [c] { return PBE_Scrypt(o, 16, in, 3, in, 3, c[0], c[1], c[2], 0); }, Is(-OUT_OF_RANGE_ERROR)});
+    }
     AddHandleRows(rows, {"MAC_AddBytes", "MAC_Reset", [] { return MAC_Init(k, 16, 3); },
                          [](int32_t h) { return MAC_AddBytes(h, in, 3); }, MAC_Reset,
                          [] { return HASH_Init(3); }, -INVALID_HANDLE_ERROR});

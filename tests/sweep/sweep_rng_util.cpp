@@ -30,9 +30,7 @@ Table RandomRows() {
     const std::string seed = Fs().dir + "/seed.bin";
     return {
         ROW(Is(BAD_PARAM_ERROR), RNG_KeyBytes(nullptr, 16, nullptr, 0)),
-        ROW(Is(BAD_PARAM_ERROR), RNG_KeyBytes(o, -1, nullptr, 0)),
         ROW(Is(PRNG_ERR_TOOBIG), RNG_KeyBytes(o, 65537, nullptr, 0)),
-        ROW(Is(PRNG_ERR_TOOBIG), RNG_KeyBytes(o, kMax, nullptr, 0)),
         ROW(Is(BAD_PARAM_ERROR), RNG_KeyBytes(o, kMin, nullptr, 0)),
         ROW(Is(0), RNG_KeyBytes(o, 0, nullptr, 0)),
         ROW(Is(BAD_PARAM_ERROR), RNG_KeyBytes(o, 16, nullptr, 5)),
@@ -41,17 +39,11 @@ Table RandomRows() {
         ROW(Is(NULL_ERROR), RNG_KeyHex(nullptr, 32, 16, nullptr, 0)),
         ROW(Is(NULL_ERROR), RNG_KeyHex(t, 0, 16, nullptr, 0)),
         ROW(Is(BAD_PARAM_ERROR), RNG_KeyHex(t, 32, 0, nullptr, 0)),
-        ROW(Is(BAD_PARAM_ERROR), RNG_KeyHex(t, 32, kMin, nullptr, 0)),
         ROW(Is(PRNG_ERR_TOOBIG), RNG_KeyHex(t, 32, 65537, nullptr, 0)),
         ROW(Is(BAD_PARAM_ERROR), RNG_KeyHex(t, 32, 16, nullptr, 1)),
         ROW(Is(0), RNG_KeyHex(t, 7, 16, in, 3)),
-        ROW(Is(BAD_PARAM_ERROR), RNG_NonceData(nullptr, 8)),
         ROW(Is(BAD_PARAM_ERROR), RNG_NonceData(o, kMin)),
-        ROW(Is(PRNG_ERR_TOOBIG), RNG_NonceData(o, kMax)),
-        ROW(Is(NULL_ERROR), RNG_NonceDataHex(nullptr, 8, 4)),
         ROW(Is(NULL_ERROR), RNG_NonceDataHex(t, kMin, 4)),
-        ROW(Is(BAD_PARAM_ERROR), RNG_NonceDataHex(t, 8, -1)),
-        ROW(Is(PRNG_ERR_TOOBIG), RNG_NonceDataHex(t, 8, kMax)),
         ROW(Is(5), RNG_Number(5, 5)),
         ROW(Is(kMax), RNG_Number(kMax, kMin)),
         {"RNG_Number whole range", [] {
@@ -59,7 +51,6 @@ Table RandomRows() {
              int32_t v = RNG_Number(-3, -1);
              return v >= -3 && v <= -1 ? 1 : 0;
          }, Is(1)},
-        ROW(Is(BAD_PARAM_ERROR), RNG_BytesWithPrompt(nullptr, 16, "", 0)),
         ROW(Is(PRNG_ERR_TOOBIG), RNG_BytesWithPrompt(o, 65537, nullptr, 0)),
         {"RNG_BytesWithPrompt null prompt, closed input", [] {
              return WithClosedInput([] {
@@ -67,8 +58,6 @@ Table RandomRows() {
                  return int(RNG_BytesWithPrompt(out, 16, nullptr, OPT_RNG_NO_PROMPT | 3));
              });
          }, Is(0)},
-        ROW(Is(NULL_ERROR), RNG_HexWithPrompt(nullptr, 32, 16, "", 0)),
-        ROW(Is(BAD_PARAM_ERROR), RNG_HexWithPrompt(t, 32, 0, "", 0)),
         ROW(Is(PRNG_ERR_TOOBIG), RNG_HexWithPrompt(t, 32, kMax, "", 0)),
         {"RNG_HexWithPrompt empty prompt, closed input", [] {
              return WithClosedInput([] {
@@ -120,11 +109,8 @@ Table UtilityRows() {
         ROW(Is(-BAD_PARAM_ERROR), ZLIB_Inflate(o, 64, nullptr, 3)),
         ROW(Is(-BAD_PARAM_ERROR), ZLIB_Inflate(o, 64, in, -1)),
         ROW(Is(-INVALID_DATA_ERROR), ZLIB_Inflate(o, 64, in, 64)),
-        ROW(Is(-INVALID_DATA_ERROR), ZLIB_Inflate(nullptr, 0, in, 64)),
         ROW(Is(-INVALID_DATA_ERROR), ZLIB_Inflate(o, 64, in, 0)),
-        ROW(Is(-INVALID_DATA_ERROR), ZLIB_Inflate(nullptr, 0, in, 0)),
         ROW(Is(-INVALID_DATA_ERROR), ZLIB_Inflate(o, 64, z.data(), int32_t(z.size()) - 1)),  // cut short
-        ROW(Is(-INVALID_DATA_ERROR), ZLIB_Inflate(nullptr, 0, z.data(), int32_t(z.size()) - 1)),
         ROW(Is(-SHORT_BUF_ERROR), ZLIB_Inflate(o, 39, z.data(), int32_t(z.size()))),
         ROW(Is(-BAD_FLAG_ERROR), COMPR_Compress(o, 64, nullptr, -1, 2)),
         ROW(Is(-BAD_PARAM_ERROR), COMPR_Compress(o, 64, nullptr, 3, OPT_COMPR_ZSTD)),
@@ -158,7 +144,6 @@ Table UtilityRows() {
         ROW(Is(BAD_PARAM_ERROR), WIPE_Data(Buf().out, 0)),
         ROW(Is(BAD_PARAM_ERROR), WIPE_Data(Buf().out, kMin)),
         ROW(Is(NULL_ERROR), WIPE_File(nullptr, 0)),
-        ROW(Is(OPEN_ERROR), WIPE_File("", 0)),
         ROW(Is(OPEN_ERROR), WIPE_File(Fs().missing.c_str(), OPT_WIPE_FAST)),
         ROW(Is(OPEN_ERROR), WIPE_File(Fs().dir.c_str(), 0)),
         {"WIPE_File read-only file", [] {
