@@ -1,8 +1,12 @@
-// Hex and Base64 conversion: cut rules, queries and the loose decoders.
+// Hex and Base64 conversion, UTF-8 and path names, and PAD_: cut rules,
+// queries, the loose decoders and the size rules of each call.
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <cstring>
+#include <fstream>
 #include <string>
+#include <vector>
 
 #include "test_support.h"
 
@@ -96,4 +100,181 @@ TEST(CnvRoundTrip, EveryLengthBothCodecs) {
         EXPECT_EQ(std::memcmp(back, data.data(), size_t(n)), 0);
         data.push_back(char(n * 37 + 11));
     }
+}
+
+namespace {
+using Wide = std::vector<uint16_t>;
+
+Wide WideOf(const std::string& latin1) {
+    Wide w(latin1.begin(), latin1.end());
+    for (auto& u : w) u &= 0xFF;
+    w.push_back(0);
+    return w;
+}
+}  // namespace
+
+TEST(CnvUtf8, EncodesMeasuresAndRefuses) {
+    struct Case {
+        Wide text;
+        int32_t result;
+        const char* utf8;
+    } cases[] = {
+        {{'a', 'b', 0}, 2, "6162"},      {{0x7F, 0}, 1, "7f"},        {{0x80, 0}, 2, "c280"},
+        {{0xE9, 0}, 2, "c3a9"},          {{0x7FF, 0}, 2, "dfbf"},      {{0x800, 0}, 3, "e0a080"},
+        {{0x20AC, 0}, 3, "e282ac"},      {{0xD7FF, 0}, 3, "ed9fbf"},   {{0xE000, 0}, 3, "ee8080"},
+        {{0xFFFF, 0}, 3, "efbfbf"},      {{'x', 0xE9, 0x20AC, 0}, 6, "78c3a9e282ac"},
+        {{0xD800, 0}, -ENCODING_ERROR, ""}, {{0xDFFF, 0}, -ENCODING_ERROR, ""},
+        {{'a', 0xD83D, 0xDE00, 0}, -ENCODING_ERROR, ""},  // a pair is not joined either
+        {{0}, 0, ""},
+    };
+    ASSERT_EQ(WIPE_Data(nullptr, 1), NULL_ERROR);  // a latch these calls must leave alone
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.utf8);
+        char out[16];
+        EXPECT_EQ(CNV_Utf8FromWide(nullptr, 0, c.text.data()), c.result);
+        std::memset(out, 'Z', sizeof out);
+        // An exact fit: the length counts the bytes without the NUL.
+        EXPECT_EQ(CNV_Utf8FromWide(out, c.result > 0 ? c.result : 15, c.text.data()), c.result);
+        if (c.result >= 0) EXPECT_EQ(ToHex(reinterpret_cast<uint8_t*>(out), std::strlen(out)), c.utf8);
+        if (c.result > 1) {  // a length of 0 would be a query
+            std::memset(out, 'Z', sizeof out);
+            EXPECT_EQ(CNV_Utf8FromWide(out, c.result - 1, c.text.data()), -SHORT_BUF_ERROR);
+            EXPECT_EQ(out[0], 'Z') << "a short output is not written";
+        }
+    }
+    char out[4] = "ZZZ";
+    EXPECT_EQ(CNV_Utf8FromWide(out, -1, WideOf("abc").data()), 3);  // a negative length asks too
+    EXPECT_STREQ(out, "ZZZ");
+    EXPECT_EQ(API_ErrorCode(), NULL_ERROR);
+}
+
+TEST(CnvShortPath, ExistingPathsComeBackInUtf8) {
+    char dirName[] = "/tmp/verimond_pathXXXXXX";
+    ASSERT_NE(mkdtemp(dirName), nullptr);
+    std::string dir = dirName, plain = dir + "/file.txt", accented = dir + "/caf\xE9";
+    std::string accentedUtf8 = dir + "/caf\xC3\xA9";
+    for (const std::string& p : {plain, accentedUtf8}) std::ofstream(p) << "x";
+
+    ASSERT_EQ(WIPE_Data(nullptr, 1), NULL_ERROR);
+    for (const auto& [latin1, utf8] : {std::pair{plain, plain}, std::pair{accented, accentedUtf8}, std::pair{dir, dir}}) {
+        SCOPED_TRACE(utf8);
+        Wide wide = WideOf(latin1);
+        int32_t n = int32_t(utf8.size());
+        // The query counts the NUL; the real call does not, yet needs that much room.
+        EXPECT_EQ(CNV_ShortPathName(nullptr, 0, wide.data()), n + 1);
+        std::vector<char> out(size_t(n) + 2, 'Z');
+        EXPECT_EQ(CNV_ShortPathName(out.data(), n, wide.data()), -SHORT_BUF_ERROR);
+        EXPECT_EQ(out[0], 'Z');
+        EXPECT_EQ(CNV_ShortPathName(out.data(), n + 1, wide.data()), n);
+        EXPECT_EQ(std::string(out.data()), utf8);
+    }
+    struct Case {
+        const char* what;
+        Wide path;
+        int32_t expected;
+    } cases[] = {
+        {"file used as a directory", WideOf(plain + "/x"), -1},
+        {"name too long", WideOf(dir + "/" + std::string(5000, 'n')), -MISC_ERROR},
+    };
+    for (const Case& c : cases) {
+        char out[8] = "ZZZ";
+        EXPECT_EQ(CNV_ShortPathName(out, 7, c.path.data()), c.expected) << c.what;
+        EXPECT_EQ(CNV_ShortPathName(nullptr, 0, c.path.data()), c.expected) << c.what;
+    }
+    EXPECT_EQ(API_ErrorCode(), NULL_ERROR);
+    unlink(plain.c_str());
+    unlink(accentedUtf8.c_str());
+    rmdir(dirName);
+}
+
+namespace {
+
+// Pads the hex bytes; the result as "N:hex" or the negative code.
+std::string Pad(const std::string& hex, int32_t block, int32_t options) {
+    const auto in = FromHex(hex);
+    uint8_t out[64];
+    const int32_t n = PAD_BytesBlock(out, 64, in.data(), int32_t(in.size()), block, options);
+    return n < 0 ? std::to_string(n) : std::to_string(n) + ":" + ToHex(out, size_t(n));
+}
+
+std::string Unpad(const std::string& hex, int32_t block, int32_t options) {
+    auto in = FromHex(hex);
+    const int32_t length = int32_t(in.size());
+    in.push_back(0);  // a real pointer also for no bytes
+    uint8_t out[64];
+    const int32_t n = PAD_UnpadBytes(out, 64, in.data(), length, block, options);
+    return n < 0 ? std::to_string(n) : std::to_string(n) + ":" + ToHex(out, size_t(n));
+}
+
+struct Case {
+    std::string input;
+    int32_t block;
+    int32_t options;
+    std::string expected;
+};
+
+}  // namespace
+
+TEST(Pad, BytesBlock) {
+    const Case cases[] = {
+        {"0001020304050607", 8, 0, "16:00010203040506070808080808080808"},
+        {"", 8, OPT_PAD_PKCS5, "8:0808080808080808"},
+        {"1122334455", 8, OPT_PAD_NONE, "8:1122334455030303"},
+        {"1122334455", 8, OPT_PAD_ONEANDZEROES, "8:1122334455800000"},
+        {"1122334455", 8, OPT_PAD_ANSIX923, "8:1122334455000003"},
+        {"1122334455", 8, OPT_PAD_W3C, "8:1122334455030303"},
+        {"11", 16, 0x60000, "16:110f0f0f0f0f0f0f0f0f0f0f0f0f0f0f"},
+    };
+    for (const auto& c : cases) EXPECT_EQ(Pad(c.input, c.block, c.options), c.expected) << c.input;
+    uint8_t buf[32] = {1, 2, 3};
+    EXPECT_EQ(PAD_BytesBlock(nullptr, 0, nullptr, 21, 16, 0), 32);  // the query reads no input
+    EXPECT_EQ(PAD_BytesBlock(buf, 7, buf, 3, 8, 0), -SHORT_BUF_ERROR);
+    EXPECT_EQ(API_ErrorCode(), SHORT_BUF_ERROR);
+    // Input and output may overlap.
+    EXPECT_EQ(PAD_BytesBlock(buf + 1, 31, buf, 3, 8, 0), 8);
+    EXPECT_EQ(ToHex(buf, 9), "010102030505050505");
+    EXPECT_EQ(API_ErrorCode(), 0);
+}
+
+TEST(Pad, UnpadBytes) {
+    const Case cases[] = {
+        {"0808080808080808", 8, 0, "0:"},
+        {"1122334455667703", 8, OPT_PAD_W3C, "5:1122334455"},
+        {"1122334455667703", 8, OPT_PAD_PKCS5, "-15"},
+        {"1122334455030303", 8, OPT_PAD_NONE, "5:1122334455"},
+        {"1122334455000003", 8, OPT_PAD_ANSIX923, "5:1122334455"},
+        {"1122334455660003", 8, OPT_PAD_ANSIX923, "-15"},
+        {"1180000000000000", 8, OPT_PAD_ONEANDZEROES, "1:11"},
+        {"1122334455667780", 8, OPT_PAD_ONEANDZEROES, "7:11223344556677"},
+        {"1122334455667700", 8, OPT_PAD_ONEANDZEROES, "-15"},
+        {"0000000000000000", 8, OPT_PAD_ONEANDZEROES, "-15"},
+        {"1180110000000000", 8, OPT_PAD_ONEANDZEROES, "-15"},
+        {"1122334455667700", 8, OPT_PAD_PKCS5, "-15"},
+        {"1122334455667700", 8, OPT_PAD_ANSIX923, "-15"},
+        {"1122334455667700", 8, OPT_PAD_W3C, "-15"},
+        {"1122334455667709", 8, OPT_PAD_W3C, "-15"},
+        {"aabbccddeeff00112233445566778899" "10101010101010101010101010101010", 16, 0, "16:aabbccddeeff00112233445566778899"},
+    };
+    for (const auto& c : cases) EXPECT_EQ(Unpad(c.input, c.block, c.options), c.expected) << c.input;
+    uint8_t buf[16] = {};
+    EXPECT_EQ(PAD_UnpadBytes(nullptr, 16, buf, 8, 7, 0), -BAD_BLK_LEN_ERROR);  // before the null output
+    const auto in = FromHex("1122334455030303");
+    EXPECT_EQ(PAD_UnpadBytes(buf, 4, in.data(), 8, 8, 0), -SHORT_BUF_ERROR);
+}
+
+TEST(Pad, HexForms) {
+    char out[80];
+    EXPECT_EQ(PAD_HexBlock(out, 79, "ab", 8, 0), 16);
+    EXPECT_STREQ(out, "ab07070707070707");
+    EXPECT_EQ(PAD_HexBlock(out, 79, "AbCd", 8, OPT_PAD_ONEANDZEROES), 16);
+    EXPECT_STREQ(out, "AbCd800000000000");
+    EXPECT_EQ(PAD_HexBlock(out, 79, nullptr, 9, 0), -BAD_BLK_LEN_ERROR);
+
+    EXPECT_EQ(PAD_UnpadHex(out, 79, "ab07070707070707", 8, 0), 2);
+    EXPECT_STREQ(out, "ab");
+    EXPECT_EQ(PAD_UnpadHex(out, 0, "ab07070707070707", 8, 0), 2);
+    EXPECT_EQ(PAD_UnpadHex(out, 79, "0808080808080808", 8, 0), 0);
+    EXPECT_STREQ(out, "");
+    EXPECT_EQ(PAD_UnpadHex(out, 79, "ab07070707070703", 8, 0), -DECRYPT_ERROR);
+    EXPECT_EQ(API_ErrorCode(), DECRYPT_ERROR);
 }

@@ -1,10 +1,20 @@
-// Module information, error texts and the power-up self-test entry.
+// Module information, error texts, the latch, the load-time integrity check,
+// wiping and CRC_.
+#include <dlfcn.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
+#include <algorithm>
 #include <cstring>
+#include <fstream>
 #include <string>
+#include <thread>
+#include <vector>
 
+#include "child_run.h"
 #include "test_support.h"
+#include "vector_reader.h"
 
 TEST(Module, VersionAndFixedTexts) {
     char buf[64];
@@ -47,4 +57,223 @@ TEST(Module, PowerUpTestsPassAndLeaveTheLatch) {
     ASSERT_EQ(HASH_Bytes(out, 20, nullptr, -1, 0), -BAD_PARAM_ERROR);
     EXPECT_EQ(API_PowerUpTests(0), 0);
     EXPECT_EQ(API_ErrorCode(), BAD_PARAM_ERROR);
+}
+
+TEST(Frame, LatchHoldsTheFirstFailureUntilTheNextCall) {
+    unsigned char out[32];
+    EXPECT_EQ(HASH_Bytes(out, 32, nullptr, 5, OPT_HASH_SHA256), -BAD_PARAM_ERROR);
+    EXPECT_EQ(API_ErrorCode(), BAD_PARAM_ERROR);
+    EXPECT_EQ(API_ErrorCode(), BAD_PARAM_ERROR);  // reading does not disturb it
+    EXPECT_EQ(HASH_Bytes(out, 32, nullptr, 0, OPT_HASH_SHA256), 32);
+    EXPECT_EQ(API_ErrorCode(), 0);  // failures-only calls leave 0 after success
+    EXPECT_EQ(HASH_Length(9), -BAD_FLAG_ERROR);
+    EXPECT_EQ(API_ErrorCode(), BAD_FLAG_ERROR);
+    // ErrorLookup has no frame: the latch stands.
+    char text[80];
+    API_ErrorLookup(text, 79, 6);
+    EXPECT_EQ(API_ErrorCode(), BAD_FLAG_ERROR);
+}
+
+TEST(Frame, EachThreadHasItsOwnLatch) {
+    ASSERT_EQ(HASH_Length(14), -BAD_FLAG_ERROR);
+    std::vector<int32_t> seen(8, -1);
+    std::vector<std::thread> threads;
+    for (int i = 0; i < 8; ++i) {
+        threads.emplace_back([&seen, i] {
+            int32_t before = API_ErrorCode();  // a new thread reads 0
+            unsigned char local[20];
+            HASH_Bytes(local, 20, nullptr, -i - 1, 0);
+            seen[size_t(i)] = before == 0 ? API_ErrorCode() : -2;
+        });
+    }
+    for (auto& t : threads) t.join();
+    for (int32_t v : seen) EXPECT_EQ(v, BAD_PARAM_ERROR);
+    EXPECT_EQ(API_ErrorCode(), BAD_FLAG_ERROR);
+}
+
+namespace {
+std::string LoadedLibraryPath() {
+    char path[300];
+    int32_t n = API_ModuleName(path, 299, 0);
+    return n > 0 ? std::string(path, size_t(n)) : std::string();
+}
+
+// Loads a library file in a forked child: 0 when it loaded, 3 when the
+// loader itself refused it, else whatever the library's load made of it.
+ChildOutcome LoadInChild(const std::string& path) {
+    return RunInChild([&] { return dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL) != nullptr ? 0 : 3; });
+}
+}  // namespace
+
+TEST(Integrity, ChangedLibraryRefusesToLoad) {
+    std::string original = ReadWholeFile(LoadedLibraryPath());
+    ASSERT_GT(original.size(), 10000u);
+    size_t seal = original.find("Verimond seal");
+    ASSERT_NE(seal, std::string::npos);
+    size_t comment = original.rfind("GCC:");
+    ASSERT_NE(comment, std::string::npos);
+
+    char dirName[] = "/tmp/verimond_sealXXXXXX";
+    ASSERT_NE(mkdtemp(dirName), nullptr);
+    std::string copy = std::string(dirName) + "/libverimond.so.6";
+
+    // Each row flips one bit at a place the loader itself never reads or
+    // only maps, so that the refusal can only come from the library's check.
+    struct Case {
+        const char* what;
+        size_t offset;  // npos: no change
+        int exitStatus;
+    } cases[] = {
+        {"unchanged copy", std::string::npos, 0},
+        {"build note text", comment + 1, 1},
+        {"last byte of the file", original.size() - 1, 1},
+        {"digest of the seal", seal + 16 + 7, 1},
+        {"marker of the seal", seal + 2, 1},
+        {"unchanged again", std::string::npos, 0},
+    };
+    for (const Case& c : cases) {
+        std::string bytes = original;
+        if (c.offset != std::string::npos) bytes[c.offset] = char(bytes[c.offset] ^ 0x10);
+        {
+            std::ofstream out(copy, std::ios::binary | std::ios::trunc);
+            out.write(bytes.data(), std::streamsize(bytes.size()));
+        }
+        ChildOutcome outcome = LoadInChild(copy);
+        EXPECT_EQ(outcome.exitStatus, c.exitStatus) << c.what;
+        if (c.exitStatus == 0) {
+            EXPECT_EQ(outcome.log, "") << c.what;
+        } else {
+            EXPECT_EQ(outcome.console, "Verimond: Failed module integrity check. Application terminated\n") << c.what;
+            EXPECT_NE(outcome.log.find("Verimond (c0001f41) Failed module integrity check. Application terminated\n"),
+                      std::string::npos) << c.what << ": " << outcome.log;
+        }
+    }
+    unlink(copy.c_str());
+    rmdir(dirName);
+}
+
+namespace {
+std::string MakeFile(const std::string& path, size_t size) {
+    std::ofstream(path, std::ios::binary) << std::string(size, '\xC3');
+    return path;
+}
+}  // namespace
+
+TEST(WipeData, ZeroesExactlyTheRange) {
+    for (int32_t n : {1, 7, 4096}) {
+        std::vector<uint8_t> buffer(size_t(n) + 8, 0xEE), expected(buffer.size(), 0xEE);
+        std::fill(expected.begin(), expected.begin() + n, 0);
+        EXPECT_EQ(WIPE_Data(buffer.data(), n), 0);
+        EXPECT_EQ(buffer, expected) << n;
+    }
+    uint8_t byte = 0xEE;
+    EXPECT_EQ(WIPE_Data(nullptr, 4), NULL_ERROR);
+    EXPECT_EQ(WIPE_Data(&byte, 0), BAD_PARAM_ERROR);  // not a success: nothing was wiped
+    EXPECT_EQ(WIPE_Data(&byte, -1), BAD_PARAM_ERROR);
+    EXPECT_EQ(API_ErrorCode(), BAD_PARAM_ERROR);
+    EXPECT_EQ(byte, 0xEE);
+}
+
+TEST(WipeFile, RemovesFilesOfEverySizeAndEmptiesThem) {
+    char dir[] = "/tmp/verimond_wipeXXXXXX";
+    ASSERT_NE(mkdtemp(dir), nullptr);
+    std::string path = std::string(dir) + "/victim", other = std::string(dir) + "/other";
+    for (int32_t options : {0, OPT_WIPE_FAST}) {
+        for (size_t size : {0u, 1u, 4096u, 4097u, 3 * 4096u + 5}) {
+            MakeFile(path, size);
+            // A second name for the same file shows what became of its contents.
+            ASSERT_EQ(link(path.c_str(), other.c_str()), 0);
+            EXPECT_EQ(WIPE_File(path.c_str(), options), 0) << size << " options " << options;
+            EXPECT_EQ(API_ErrorCode(), 0);
+            EXPECT_NE(access(path.c_str(), F_OK), 0) << size;
+            EXPECT_EQ(ReadWholeFile(other), "") << size;
+            unlink(other.c_str());
+        }
+    }
+    rmdir(dir);
+}
+
+TEST(WipeFile, RefusedFilesAreLeftAsTheyWere) {
+    char dirName[] = "/tmp/verimond_wipeXXXXXX";
+    ASSERT_NE(mkdtemp(dirName), nullptr);
+    ASSERT_EQ(chmod(dirName, 0755), 0);
+    std::string dir = dirName, sub = dir + "/sub", fifo = dir + "/fifo";
+    std::string readOnly = MakeFile(dir + "/readonly", 5000);
+    ASSERT_EQ(chmod(readOnly.c_str(), 0444), 0);
+    ASSERT_EQ(mkdir(sub.c_str(), 0755), 0);
+    ASSERT_EQ(mkfifo(fifo.c_str(), 0600), 0);
+    EXPECT_EQ(WIPE_File(sub.c_str(), 0), OPEN_ERROR);
+    EXPECT_EQ(WIPE_File(fifo.c_str(), 0), OPEN_ERROR);  // no contents to destroy: left alone
+    EXPECT_EQ(API_ErrorCode(), OPEN_ERROR);
+    // The superuser may write any file: the call then runs as nobody.
+    ChildOutcome outcome = RunInChild([&] {
+        if (geteuid() == 0 && (setgid(65534) != 0 || setuid(65534) != 0)) return 98;
+        return int(WIPE_File(readOnly.c_str(), 0));
+    });
+    EXPECT_EQ(outcome.exitStatus, OPEN_ERROR);
+    EXPECT_EQ(ReadWholeFile(readOnly), std::string(5000, '\xC3'));
+    EXPECT_EQ(access(sub.c_str(), F_OK) | access(fifo.c_str(), F_OK), 0);
+    std::string cleanup = "rm -rf '" + dir + "'";
+    EXPECT_EQ(std::system(cleanup.c_str()), 0);
+}
+
+namespace {
+struct TempFile {
+    std::string path;
+    explicit TempFile(const std::vector<uint8_t>& data) {
+        char name[] = "/tmp/verimond_crcXXXXXX";
+        int fd = mkstemp(name);
+        path = name;
+        EXPECT_GE(fd, 0);
+        if (!data.empty()) EXPECT_EQ(write(fd, data.data(), data.size()), ssize_t(data.size()));
+        close(fd);
+    }
+    ~TempFile() { unlink(path.c_str()); }
+};
+}  // namespace
+
+TEST(Crc, ReferenceValuesOverBytesTextAndFiles) {
+    auto records = ReadVectorFile("crc32_reference.txt");
+    ASSERT_GE(records.size(), 5u);
+    for (const auto& r : records) {
+        std::vector<uint8_t> data = r.Bytes("Data");
+        int32_t expected = int32_t(std::stoul(r.Get("Crc"), nullptr, 16));
+        int32_t latch = expected == 0 ? BAD_PARAM_ERROR : 0;
+        EXPECT_EQ(CRC_Bytes(data.data(), int32_t(data.size()), 0), expected) << "line " << r.line;
+        EXPECT_EQ(API_ErrorCode(), latch) << "line " << r.line;
+        if (std::find(data.begin(), data.end(), 0) == data.end()) {
+            std::string text(data.begin(), data.end());
+            EXPECT_EQ(CRC_String(text.c_str(), 0), expected) << "line " << r.line;
+            EXPECT_EQ(API_ErrorCode(), latch) << "line " << r.line;
+        }
+        TempFile file(data);
+        EXPECT_EQ(CRC_File(file.path.c_str(), 0), expected) << "line " << r.line;
+        EXPECT_EQ(API_ErrorCode(), expected == 0 ? OPEN_ERROR : 0) << "line " << r.line;
+    }
+}
+
+TEST(Crc, FileBlocksChainToTheCrcOfTheWhole) {
+    for (size_t n : {1023u, 1024u, 1025u, 5000u}) {
+        std::vector<uint8_t> data(n);
+        for (size_t i = 0; i < n; ++i) data[i] = uint8_t(i * 7 + (i >> 8));
+        TempFile file(data);
+        EXPECT_EQ(CRC_File(file.path.c_str(), 0), CRC_Bytes(data.data(), int32_t(n), 0)) << n;
+    }
+}
+
+TEST(Crc, ZeroResultsLatchTheirCode) {
+    const unsigned char some[3] = {1, 2, 3};
+    TempFile empty({});
+    // The CRC is computed before the check runs, so the latch read inside is
+    // the one that call left.
+    auto check = [&](const char* what, int32_t crc, int32_t latch) {
+        EXPECT_EQ(crc, 0) << what;
+        EXPECT_EQ(API_ErrorCode(), latch) << what;
+        // A non-zero CRC clears the latch again: these calls enter like any other.
+        EXPECT_NE(CRC_Bytes(some, 3, 0), 0);
+        EXPECT_EQ(API_ErrorCode(), 0) << what;
+    };
+    check("bytes, length 0", CRC_Bytes(some, 0, 0), BAD_PARAM_ERROR);
+    check("empty text", CRC_String("", 0), BAD_PARAM_ERROR);
+    check("empty file", CRC_File(empty.path.c_str(), 0), OPEN_ERROR);
 }
