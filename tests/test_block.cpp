@@ -14,41 +14,32 @@
 
 namespace {
 
-struct Row {
-    const char* what;
-    std::function<int32_t()> call;
-    int32_t expected;
-};
-
-void RunTable(const std::vector<Row>& rows) {
-    for (const auto& r : rows) EXPECT_EQ(r.call(), r.expected) << r.what;
-}
-
 uint8_t g_key[64] = {0x2b, 0x7e, 0x15, 0x16, 0x28, 0xae, 0xd2, 0xa6, 0xab, 0xf7, 0x15, 0x88, 0x09, 0xcf, 0x4f, 0x3c,
                      0x10, 0x11, 0x12, 0x13, 0x14, 0x15, 0x16, 0x17, 0x18, 0x19, 0x1a, 0x1b, 0x1c, 0x1d, 0x1e, 0x1f};
 uint8_t g_iv[16] = {};
 uint8_t g_data[64] = {};
 
+class BlockFiles : public ::testing::Test {
+protected:
+    TempDir dir_;
+    std::string Path(const std::string& name) const { return dir_.File(name); }
+};
+
+ByteVec KeyFor(Cipher c) { return Pattern(c == Cipher::Aes128 ? 16 : c == Cipher::Des ? 8 : 24, 0xA0); }
 }  // namespace
 
 TEST(BlockFamilies, DesCheckKey) {
     const ByteVec good = FromHex("0123456789abcdef");
-    ByteVec thirdWeak = good;
-    thirdWeak.insert(thirdWeak.end(), good.begin(), good.end());
-    thirdWeak.insert(thirdWeak.end(), {0xE0, 0xFE, 0xE0, 0xFE, 0xF1, 0xFE, 0xF1, 0xFE});
-    ByteVec twoEqual = good;
-    twoEqual.insert(twoEqual.end(), good.begin(), good.end());
-    RunTable({
-        {"semi-weak, parity bits flipped", [] { return DES_CheckKey(FromHex("1E001E000F010F01").data(), 8); },
-         WEAK_KEY_ERROR},
-        {"good", [&] { return DES_CheckKey(good.data(), 8); }, 0},
-        {"third part weak", [&] { return DES_CheckKey(thirdWeak.data(), 24); }, WEAK_KEY_ERROR},
-        {"K1 = K2 is not weak", [&] { return DES_CheckKey(twoEqual.data(), 16); }, 0},
-        {"12 bytes", [&] { return DES_CheckKey(thirdWeak.data(), 12); }, BAD_KEY_LEN_ERROR},
-        {"hex weak", [] { return DES_CheckKeyHex("fefefefefefefefe"); }, WEAK_KEY_ERROR},
-        {"hex good", [] { return DES_CheckKeyHex("0123456789ABCDEF"); }, 0},
-        {"hex 47 digits", [] { return DES_CheckKeyHex(std::string(47, '1').c_str()); }, BAD_KEY_LEN_ERROR},
-    });
+    const ByteVec twoEqual = FromHex("0123456789abcdef0123456789abcdef");
+    const ByteVec thirdWeak = FromHex("0123456789abcdef0123456789abcdefE0FEE0FEF1FEF1FE");
+    EXPECT_EQ(DES_CheckKey(FromHex("1E001E000F010F01").data(), 8), WEAK_KEY_ERROR);  // semi-weak, parity flipped
+    EXPECT_EQ(DES_CheckKey(good.data(), 8), 0);
+    EXPECT_EQ(DES_CheckKey(thirdWeak.data(), 24), WEAK_KEY_ERROR);
+    EXPECT_EQ(DES_CheckKey(twoEqual.data(), 16), 0);  // K1 = K2 is not weak
+    EXPECT_EQ(DES_CheckKey(thirdWeak.data(), 12), BAD_KEY_LEN_ERROR);
+    EXPECT_EQ(DES_CheckKeyHex("fefefefefefefefe"), WEAK_KEY_ERROR);
+    EXPECT_EQ(DES_CheckKeyHex("0123456789ABCDEF"), 0);
+    EXPECT_EQ(DES_CheckKeyHex(std::string(47, '1').c_str()), BAD_KEY_LEN_ERROR);
 }
 
 TEST(BlockFamilies, SharedAesSlot) {
@@ -171,16 +162,6 @@ TEST(BlockFamilies, BlfEcbOnLiveContext) {
 }
 
 namespace fs = std::filesystem;
-
-namespace {
-class BlockFiles : public ::testing::Test {
-protected:
-    TempDir dir_;
-    std::string Path(const std::string& name) const { return dir_.File(name); }
-};
-
-ByteVec KeyFor(Cipher c) { return Pattern(c == Cipher::Aes128 ? 16 : c == Cipher::Des ? 8 : 24, 0xA0); }
-}  // namespace
 
 // Every mode, with and without the IV prefix, at sizes around the block and
 // the 4096-byte chunk: the file is the prefix and the one-shot ciphertext of

