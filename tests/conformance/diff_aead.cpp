@@ -14,21 +14,19 @@ std::string Incremental(Random& rng, int32_t alg, const ByteVec& key, const Byte
                         const ByteVec& pt) {
     const int32_t h = AEAD_InitKey(key.data(), Size(key), alg);
     int32_t rc = h > 0 ? AEAD_SetNonce(h, nonce.data(), Size(nonce)) : -1;
-    for (size_t at = 0; rc == 0 && at < aad.size();) {
-        const size_t n = std::min(aad.size() - at, size_t(rng.Between(1, 40)));
+    for (size_t at = 0, n = 0; rc == 0 && at < aad.size(); at += n) {
+        n = std::min(aad.size() - at, size_t(rng.Between(1, 40)));
         rc = AEAD_AddAAD(h, aad.data() + at, int32_t(n));
-        at += n;
     }
     if (rc == 0) rc = AEAD_StartEncrypt(h);
     ByteVec out(pt.size()), tag(16);
-    for (size_t at = 0; rc == 0 && at < pt.size();) {
-        const size_t n = std::min(pt.size() - at, size_t(rng.Between(1, 80)));
+    for (size_t at = 0, n = 0; rc == 0 && at < pt.size(); at += n) {
+        n = std::min(pt.size() - at, size_t(rng.Between(1, 80)));
         rc = AEAD_Update(h, out.data() + at, int32_t(n), pt.data() + at, int32_t(n));
-        at += n;
     }
     if (rc == 0) rc = AEAD_FinishEncrypt(h, tag.data(), 16);
     if (h > 0) AEAD_Destroy(h);
-    return rc ? "error " + std::to_string(rc) : ToHex(out) + ToHex(tag);
+    return OrError(!rc, rc, ToHex(out) + ToHex(tag));
 }
 
 }  // namespace
@@ -49,19 +47,18 @@ CONFORMANCE_SUITE(Differential, AesGcm, 6000,
         const ByteVec aad = rng.Bytes(size_t(rng.Between(0, 200))), pt = rng.Bytes(size_t(rng.Between(0, 200)));
         ByteVec ct, tag(size_t(rng.Between(4, 16)));
         const std::string where =
-            CaseName(rng, i,
-                     "key " + ToHex(key) + " iv " + ToHex(iv) + " aad " + std::to_string(aad.size()) + " text " +
-                         std::to_string(pt.size()) + " tag " + std::to_string(tag.size()));
-        if (!check.True(ref::GcmEncrypt(key, iv, aad, pt, &ct, &tag), "reference failed", where)) continue;
-        ByteVec out(pt.size() + 1), got(tag.size());
-        int32_t rc = GCM_Encrypt(out.data(), Size(out), got.data(), Size(got), Ptr(pt), Size(pt), key.data(), Size(key),
+            CaseName(rng, i, "key", key, "iv", iv, "aad", aad.size(), "text", pt.size(), "tag", tag.size());
+        const std::string name = "AES-" + std::to_string(keyLength * 8) + "-GCM";
+        if (!check.True(ref::Aead(name.c_str(), true, key, iv, aad, pt, &ct, &tag), "reference failed", where)) continue;
+        const std::string sealed = ToHex(ct) + ToHex(tag);
+        ByteVec out(pt.size() + 1), got(16);
+        int32_t rc = GCM_Encrypt(out.data(), Size(out), got.data(), Size(tag), Ptr(pt), Size(pt), key.data(), Size(key),
                                  iv.data(), Size(iv), Ptr(aad), Size(aad), 0);
-        check.Equal(rc ? "error " + std::to_string(rc) : ToHex(out.data(), pt.size()) + ToHex(got),
-                    ToHex(ct) + ToHex(tag), where + " GCM_Encrypt");
+        check.Equal(OrError(!rc, rc, ToHex(out.data(), pt.size()) + ToHex(got.data(), tag.size())), sealed,
+                    where + " GCM_Encrypt");
         rc = GCM_Decrypt(out.data(), Size(out), Ptr(ct), Size(ct), key.data(), Size(key), iv.data(), Size(iv), Ptr(aad),
                          Size(aad), tag.data(), Size(tag), 0);
-        check.Equal(rc ? "error " + std::to_string(rc) : ToHex(out.data(), pt.size()), ToHex(pt),
-                    where + " GCM_Decrypt");
+        check.Equal(OrError(!rc, rc, ToHex(out.data(), pt.size())), ToHex(pt), where + " GCM_Decrypt");
         // One changed byte anywhere in text, AAD or tag is refused.
         ByteVec badCt = ct, badAad = aad, badTag = tag;
         ByteVec& victim = rng.Between(0, 2) == 0 && !ct.empty() ? badCt
@@ -73,17 +70,14 @@ CONFORMANCE_SUITE(Differential, AesGcm, 6000,
         check.Equal(rc, -AUTH_FAIL_ERROR, where + " forged");
         if (ivLength != 12 || keyLength == 24) continue;
         const int32_t alg = keyLength == 16 ? OPT_AEAD_AES_128_GCM : OPT_AEAD_AES_256_GCM;
-        ByteVec full(16);
-        rc = AEAD_Encrypt(out.data(), Size(out), full.data(), 16, Ptr(pt), Size(pt), key.data(), Size(key), iv.data(),
+        rc = AEAD_Encrypt(out.data(), Size(out), got.data(), 16, Ptr(pt), Size(pt), key.data(), Size(key), iv.data(),
                           12, Ptr(aad), Size(aad), alg);
-        check.Equal(rc ? "error " + std::to_string(rc) : ToHex(out.data(), pt.size()) + ToHex(full.data(), tag.size()),
-                    ToHex(ct) + ToHex(tag), where + " AEAD_Encrypt");
+        check.Equal(OrError(!rc, rc, ToHex(out.data(), pt.size()) + ToHex(got.data(), tag.size())), sealed,
+                    where + " AEAD_Encrypt");
         rc = AEAD_Decrypt(out.data(), Size(out), Ptr(ct), Size(ct), key.data(), Size(key), iv.data(), 12, Ptr(aad),
                           Size(aad), tag.data(), Size(tag), alg);
-        check.Equal(rc ? "error " + std::to_string(rc) : ToHex(out.data(), pt.size()), ToHex(pt),
-                    where + " AEAD_Decrypt");
-        if (tag.size() == 16)
-            check.Equal(Incremental(rng, alg, key, iv, aad, pt), ToHex(ct) + ToHex(tag), where + " AEAD_ incremental");
+        check.Equal(OrError(!rc, rc, ToHex(out.data(), pt.size())), ToHex(pt), where + " AEAD_Decrypt");
+        if (tag.size() == 16) check.Equal(Incremental(rng, alg, key, iv, aad, pt), sealed, where + " AEAD_ incremental");
     }
 }
 
@@ -95,36 +89,27 @@ CONFORMANCE_SUITE(Differential, ChaCha20, 1500,
     for (long i = 0; i < 1500; ++i) {
         check.Case();
         const int layout = int(i % 3);
-        const size_t nonceLength = layout == 0 ? 8 : layout == 1 ? 12 : 16;
-        const ByteVec key = rng.Bytes(32), nonce = rng.Bytes(nonceLength);
+        const ByteVec key = rng.Bytes(32), nonce = rng.Bytes(size_t(8 + 4 * layout));
         // Far enough from 2^32 that the reference's 32-bit counter never wraps.
-        uint32_t counter = uint32_t(rng.Between(0, 1 << 30));
-        if (layout == 2) counter = 0;
+        uint32_t counter = layout == 2 ? 0 : uint32_t(rng.Between(0, 1 << 30));
         ByteVec refIv(16, 0);
         for (int b = 0; b < 4; ++b) refIv[size_t(b)] = uint8_t(counter >> (8 * b));
-        if (layout == 0) std::copy(nonce.begin(), nonce.end(), refIv.begin() + 8);
-        if (layout == 1) std::copy(nonce.begin(), nonce.end(), refIv.begin() + 4);
-        if (layout == 2) {
-            refIv = nonce;
-            refIv[3] &= 0x3f;  // keeps the reference's counter word from wrapping
-        }
+        std::copy(nonce.begin(), nonce.end(), refIv.begin() + 16 - long(nonce.size()));
+        if (layout == 2) refIv[3] &= 0x3f;  // keeps the reference's counter word from wrapping
         const ByteVec pt = rng.Bytes(i < 300 ? size_t(i) : size_t(rng.Between(0, i % 100 == 0 ? 100000 : 1000)));
-        const std::string where = CaseName(rng, i,
-                                           "nonce " + ToHex(layout == 2 ? refIv : nonce) + " counter " +
-                                               std::to_string(counter) + " length " + std::to_string(pt.size()));
+        const ByteVec& ourNonce = layout == 2 ? refIv : nonce;
+        const std::string where = CaseName(rng, i, "nonce", ourNonce, "counter", counter, "length", pt.size());
         ByteVec want;
         if (!check.True(ref::Crypt("ChaCha20", true, key, refIv, pt, &want), "reference failed", where)) continue;
-        const ByteVec& ourNonce = layout == 2 ? refIv : nonce;
         ByteVec out(pt.size() + 1);
         int32_t rc = CIPHER_StreamBytes(out.data(), NonNull(pt), Size(pt), key.data(), 32, ourNonce.data(),
                                         Size(ourNonce), counter, OPT_STREAM_CHACHA20);
-        check.Equal(rc ? "error " + std::to_string(rc) : ToHex(out.data(), pt.size()), ToHex(want), where + " bytes");
+        check.Equal(OrError(!rc, rc, ToHex(out.data(), pt.size())), ToHex(want), where + " bytes");
         const int32_t h =
             CIPHER_StreamInit(key.data(), 32, ourNonce.data(), Size(ourNonce), counter, OPT_STREAM_CHACHA20);
-        for (size_t at = 0; at < pt.size();) {
-            const size_t n = std::min(pt.size() - at, size_t(rng.Between(0, 150)));
+        for (size_t at = 0, n = 0; at < pt.size(); at += n) {
+            n = std::min(pt.size() - at, size_t(rng.Between(0, 150)));
             CIPHER_StreamUpdate(h, out.data() + at, pt.data() + at, int32_t(n));
-            at += n;
         }
         CIPHER_StreamFinal(h);
         check.Equal(ToHex(out.data(), pt.size()), ToHex(want), where + " stream");
@@ -137,56 +122,50 @@ CONFORMANCE_SUITE(Differential, ChaCha20Poly1305, 3000,
                   "AEAD_Encrypt AEAD_Decrypt AEAD_EncryptWithTag AEAD_DecryptWithTag AEAD_InitKey AEAD_SetNonce "
                   "AEAD_AddAAD AEAD_StartEncrypt AEAD_Update AEAD_FinishEncrypt AEAD_Destroy") {
     Random rng(0x5eed0022);
+    const int32_t alg = OPT_AEAD_CHACHA20_POLY1305;
     for (long i = 0; i < 3000; ++i) {
         check.Case();
         const ByteVec key = rng.Bytes(32), nonce = rng.Bytes(12);
         const ByteVec aad = rng.Bytes(size_t(rng.Between(0, 300))), pt = rng.Bytes(size_t(rng.Between(0, 300)));
-        const std::string where =
-            CaseName(rng, i, "aad " + std::to_string(aad.size()) + " text " + std::to_string(pt.size()));
-        ByteVec ct, tag;
-        if (!check.True(ref::ChaChaPolyEncrypt(key, nonce, aad, pt, &ct, &tag), "reference failed", where)) continue;
-        ByteVec out(pt.size() + 16), got(16);
-        int32_t rc = AEAD_Encrypt(out.data(), Size(out), got.data(), 16, Ptr(pt), Size(pt), key.data(), 32,
-                                  nonce.data(), 12, Ptr(aad), Size(aad), OPT_AEAD_CHACHA20_POLY1305);
-        check.Equal(rc ? "error" : ToHex(out.data(), pt.size()) + ToHex(got), ToHex(ct) + ToHex(tag),
-                    where + " encrypt");
-        rc = AEAD_EncryptWithTag(out.data(), Size(out), Ptr(pt), Size(pt), key.data(), 32, nonce.data(), 12, Ptr(aad),
-                                 Size(aad), OPT_AEAD_CHACHA20_POLY1305);
-        check.Equal(rc == Size(out) ? ToHex(out) : "error", ToHex(ct) + ToHex(tag), where + " EncryptWithTag");
-        ByteVec back(pt.size() + 1);
-        rc = AEAD_Decrypt(back.data(), Size(back), Ptr(ct), Size(ct), key.data(), 32, nonce.data(), 12, Ptr(aad),
-                          Size(aad), tag.data(), 16, OPT_AEAD_CHACHA20_POLY1305);
-        check.Equal(rc ? "error" : ToHex(back.data(), pt.size()), ToHex(pt), where + " decrypt");
-        ByteVec sealed = ct;
+        const std::string where = CaseName(rng, i, "aad", aad.size(), "text", pt.size());
+        ByteVec ct, tag(16);
+        if (!check.True(ref::Aead("ChaCha20-Poly1305", true, key, nonce, aad, pt, &ct, &tag), "reference failed",
+                        where))
+            continue;
+        ByteVec sealed = ct, out(pt.size() + 16), got(16), back(pt.size() + 1);
         sealed.insert(sealed.end(), tag.begin(), tag.end());
+        int32_t rc = AEAD_Encrypt(out.data(), Size(out), got.data(), 16, Ptr(pt), Size(pt), key.data(), 32,
+                                  nonce.data(), 12, Ptr(aad), Size(aad), alg);
+        check.Equal(OrError(!rc, rc, ToHex(out.data(), pt.size()) + ToHex(got)), ToHex(sealed), where + " encrypt");
+        rc = AEAD_EncryptWithTag(out.data(), Size(out), Ptr(pt), Size(pt), key.data(), 32, nonce.data(), 12, Ptr(aad),
+                                 Size(aad), alg);
+        check.Equal(OrError(rc == Size(out), rc, ToHex(out)), ToHex(sealed), where + " EncryptWithTag");
+        rc = AEAD_Decrypt(back.data(), Size(back), Ptr(ct), Size(ct), key.data(), 32, nonce.data(), 12, Ptr(aad),
+                          Size(aad), tag.data(), 16, alg);
+        check.Equal(OrError(!rc, rc, ToHex(back.data(), pt.size())), ToHex(pt), where + " decrypt");
         sealed[size_t(rng.Between(0, Size(sealed) - 1))] ^= 0x20;
         rc = AEAD_DecryptWithTag(back.data(), Size(back), sealed.data(), Size(sealed), key.data(), 32, nonce.data(), 12,
-                                 Ptr(aad), Size(aad), OPT_AEAD_CHACHA20_POLY1305);
+                                 Ptr(aad), Size(aad), alg);
         check.Equal(rc, -AUTH_FAIL_ERROR, where + " forged");
-        check.Equal(Incremental(rng, OPT_AEAD_CHACHA20_POLY1305, key, nonce, aad, pt), ToHex(ct) + ToHex(tag),
-                    where + " incremental");
+        check.Equal(Incremental(rng, alg, key, nonce, aad, pt), ToHex(ct) + ToHex(tag), where + " incremental");
     }
 }
 
 CONFORMANCE_SUITE(Differential, Arcfour, 500, "ARCFOUR with keys of 1 to 256 bytes",
                   "OpenSSL libcrypto legacy provider: RC4; skipped when that provider does not load",
                   "CIPHER_StreamBytes PC1_Bytes") {
-    if (!ref::LegacyLoaded()) {
-        check.Skip("OpenSSL's legacy provider does not load here: no reference for ARCFOUR");
-        return;
-    }
+    if (!ref::LegacyLoaded()) return check.Skip("OpenSSL's legacy provider does not load here: no reference for ARCFOUR");
     Random rng(0x5eed0023);
     for (long i = 0; i < 500; ++i) {
         check.Case();
         const ByteVec key = rng.Bytes(size_t(1 + i % 256)), pt = rng.Bytes(size_t(rng.Between(0, 2000)));
-        const std::string where = CaseName(rng, i, "key " + ToHex(key) + " length " + std::to_string(pt.size()));
-        ByteVec want;
+        const std::string where = CaseName(rng, i, "key", key, "length", pt.size());
+        ByteVec want, out(pt.size() + 1);
         if (!check.True(ref::Crypt("RC4", true, key, {}, pt, &want), "reference failed", where)) continue;
-        ByteVec out(pt.size() + 1);
         int32_t rc = CIPHER_StreamBytes(out.data(), NonNull(pt), Size(pt), key.data(), Size(key), nullptr, 0, 0,
                                         OPT_STREAM_ARCFOUR);
-        check.Equal(rc ? "error" : ToHex(out.data(), pt.size()), ToHex(want), where + " CIPHER_StreamBytes");
+        check.Equal(OrError(!rc, rc, ToHex(out.data(), pt.size())), ToHex(want), where + " CIPHER_StreamBytes");
         rc = PC1_Bytes(out.data(), NonNull(pt), Size(pt), key.data(), Size(key));
-        check.Equal(rc ? "error" : ToHex(out.data(), pt.size()), ToHex(want), where + " PC1_Bytes");
+        check.Equal(OrError(!rc, rc, ToHex(out.data(), pt.size())), ToHex(want), where + " PC1_Bytes");
     }
 }

@@ -12,7 +12,7 @@ namespace {
 struct CipherRef {
     Cipher cipher;
     const char* prefix;  // OpenSSL name without the mode
-    bool ctr;            // the reference has CTR for it
+    size_t key;          // key length; 0 for Blowfish's random 1 to 56
 };
 
 std::vector<size_t> Lengths(const std::string& mode, size_t block) {
@@ -34,11 +34,10 @@ ByteVec Streamed(Random& rng, Cipher c, const ByteVec& key, const ByteVec& iv, c
     ByteVec data = in;
     const int32_t h = InitCall(c, key, dir, mode.c_str(), Ptr(iv));
     const size_t block = size_t(BlockSize(c));
-    for (size_t at = 0; at < data.size();) {
-        size_t n = std::min(data.size() - at, block * size_t(rng.Between(0, 5)));
+    for (size_t at = 0, n = 0; at < data.size(); at += n) {
+        n = std::min(data.size() - at, block * size_t(rng.Between(0, 5)));
         if (data.size() - at < block) n = data.size() - at;
         UpdateCall(c, h, data.data() + at, int32_t(n));
-        at += n;
     }
     FinalCall(c, h);
     return data;
@@ -47,21 +46,14 @@ ByteVec Streamed(Random& rng, Cipher c, const ByteVec& key, const ByteVec& iv, c
 void RunCipher(Checker& check, Random& rng, const CipherRef& c, long* index) {
     const size_t block = size_t(BlockSize(c.cipher));
     for (std::string mode : {"ECB", "CBC", "CFB", "OFB", "CTR"}) {
-        if (mode == "CTR" && !c.ctr) continue;
+        if (mode == "CTR" && block == 8) continue;  // no CTR in the reference for 64-bit blocks
         const std::string name = std::string(c.prefix) + "-" + mode;
         for (size_t length : Lengths(mode, block)) {
             for (int round = 0; round < 3; ++round) {
                 check.Case();
-                size_t keyLength = c.cipher == Cipher::Blf                                  ? size_t(rng.Between(1, 56))
-                                   : c.cipher == Cipher::Aes128                             ? 16
-                                   : c.cipher == Cipher::Aes192 || c.cipher == Cipher::Tdea ? 24
-                                   : c.cipher == Cipher::Aes256                             ? 32
-                                                                                            : 8;
-                const ByteVec key = rng.Bytes(keyLength), iv = mode == "ECB" ? ByteVec() : rng.Bytes(block);
+                const ByteVec key = rng.Bytes(c.key ? c.key : size_t(rng.Between(1, 56))), iv = mode == "ECB" ? ByteVec() : rng.Bytes(block);
                 const ByteVec pt = rng.Bytes(length);
-                const std::string where =
-                    CaseName(rng, (*index)++,
-                             name + " key " + ToHex(key) + " iv " + ToHex(iv) + " length " + std::to_string(length));
+                const std::string where = CaseName(rng, (*index)++, name, "key", key, "iv", iv, "length", length);
                 ByteVec ct;
                 if (!check.True(ref::Crypt(name.c_str(), true, key, iv, pt, &ct), "reference failed", where)) continue;
                 check.Equal(Crypt(c.cipher, pt, key, 1, mode.c_str(), iv), UpperHex(ct), where + " encrypt");
@@ -82,8 +74,8 @@ CONFORMANCE_SUITE(Differential, AesModes, 1782, "AES-128, AES-192, AES-256 in EC
                   "AES128_Update AES192_Update AES256_Update AES128_Final AES192_Final AES256_Final") {
     Random rng(0x5eed0010);
     long index = 0;
-    for (const CipherRef& c : {CipherRef{Cipher::Aes128, "AES-128", true}, CipherRef{Cipher::Aes192, "AES-192", true},
-                               CipherRef{Cipher::Aes256, "AES-256", true}})
+    for (const CipherRef& c : {CipherRef{Cipher::Aes128, "AES-128", 16}, CipherRef{Cipher::Aes192, "AES-192", 24},
+                               CipherRef{Cipher::Aes256, "AES-256", 32}})
         RunCipher(check, rng, c, &index);
 }
 
@@ -93,7 +85,7 @@ CONFORMANCE_SUITE(Differential, TdesModes, 282, "Triple DES (three independent k
                   "TDEA_BytesMode TDEA_Init TDEA_Update TDEA_Final") {
     Random rng(0x5eed0011);
     long index = 0;
-    RunCipher(check, rng, {Cipher::Tdea, "DES-EDE3", false}, &index);
+    RunCipher(check, rng, {Cipher::Tdea, "DES-EDE3", 24}, &index);
 }
 
 CONFORMANCE_SUITE(Differential, DesBlowfishModes, 564,
@@ -101,12 +93,10 @@ CONFORMANCE_SUITE(Differential, DesBlowfishModes, 564,
                   "OpenSSL libcrypto legacy provider: DES-*, BF-*; the suite is skipped when that provider does not "
                   "load",
                   "DES_BytesMode DES_Init DES_Update DES_Final BLF_BytesMode BLF_Init BLF_Update BLF_Final") {
-    if (!ref::LegacyLoaded()) {
-        check.Skip("OpenSSL's legacy provider does not load here: no reference for DES and Blowfish");
-        return;
-    }
+    if (!ref::LegacyLoaded())
+        return check.Skip("OpenSSL's legacy provider does not load here: no reference for DES and Blowfish");
     Random rng(0x5eed0012);
     long index = 0;
-    RunCipher(check, rng, {Cipher::Des, "DES", false}, &index);
-    RunCipher(check, rng, {Cipher::Blf, "BF", false}, &index);
+    RunCipher(check, rng, {Cipher::Des, "DES", 8}, &index);
+    RunCipher(check, rng, {Cipher::Blf, "BF", 0}, &index);
 }

@@ -24,7 +24,7 @@ const HmacRef kHmacs[] = {
 std::string MacBytes(const ByteVec& key, const ByteVec& msg, int32_t option, size_t length) {
     ByteVec out(length);
     int32_t n = MAC_Bytes(out.data(), Size(out), Ptr(msg), Size(msg), NonNull(key), Size(key), option);
-    return n == Size(out) ? ToHex(out) : "error " + std::to_string(n);
+    return OrError(n == Size(out), n, ToHex(out));
 }
 
 }  // namespace
@@ -39,22 +39,19 @@ CONFORMANCE_SUITE(Differential, Hmac, 3300,
         for (int i = 0; i < 300; ++i) {
             check.Case();
             const ByteVec key = rng.Bytes(size_t(i)), msg = rng.Bytes(size_t(rng.Between(0, 300)));
-            const std::string where = CaseName(rng, index++,
-                                               std::string("HMAC-") + h.digest + " key " + std::to_string(key.size()) +
-                                                   " message " + std::to_string(msg.size()));
+            const std::string where = CaseName(rng, index++, "HMAC", h.digest, "key", key.size(), "message", msg.size());
             ByteVec want;
-            if (!check.True(ref::Hmac(h.digest, key, msg, &want), "reference failed", where)) continue;
+            if (!check.True(ref::Mac("HMAC", h.digest, key, msg, &want), "reference failed", where)) continue;
             check.Equal(MacBytes(key, msg, h.option, want.size()), ToHex(want), where + " MAC_Bytes");
             if (!h.streams || key.empty()) continue;  // the stream takes no empty key
             const int32_t handle = MAC_Init(key.data(), Size(key), h.option);
-            for (size_t at = 0; at < msg.size();) {
-                const size_t n = std::min(msg.size() - at, size_t(rng.Between(0, 100)));
+            for (size_t at = 0, n = 0; at < msg.size(); at += n) {
+                n = std::min(msg.size() - at, size_t(rng.Between(0, 100)));
                 MAC_AddBytes(handle, msg.data() + at, int32_t(n));
-                at += n;
             }
             ByteVec out(want.size());
             const int32_t n = MAC_Final(out.data(), Size(out), handle);
-            check.Equal(n == Size(out) ? ToHex(out) : "error " + std::to_string(n), ToHex(want), where + " stream");
+            check.Equal(OrError(n == Size(out), n, ToHex(out)), ToHex(want), where + " stream");
         }
     }
 }
@@ -77,12 +74,12 @@ CONFORMANCE_SUITE(Differential, CmacPoly1305, 3000,
         for (int i = 0; i < 600; ++i) {
             check.Case();
             const ByteVec key = rng.Bytes(m.key), msg = rng.Bytes(i < 301 ? size_t(i) : size_t(rng.Between(0, 300)));
-            const std::string where = CaseName(rng, index++,
-                                               std::string(m.cipher ? m.cipher : "Poly1305") + " key " + ToHex(key) +
-                                                   " message " + std::to_string(msg.size()));
+            const std::string where =
+                CaseName(rng, index++, m.cipher ? m.cipher : "Poly1305", "key", key, "message", msg.size());
             ByteVec want;
-            const bool ok = m.cipher ? ref::Cmac(m.cipher, key, msg, &want) : ref::Poly1305(key, msg, &want);
-            if (!check.True(ok, "reference failed", where)) continue;
+            if (!check.True(ref::Mac(m.cipher ? "CMAC" : "POLY1305", m.cipher, key, msg, &want), "reference failed",
+                            where))
+                continue;
             check.Equal(MacBytes(key, msg, m.option, want.size()), ToHex(want), where);
         }
     }
@@ -103,17 +100,15 @@ CONFORMANCE_SUITE(Differential, Kmac, 1200,
         const bool fixed = i % 5 == 0;  // MAC_Bytes: empty custom string, 32 or 64 bytes
         if (fixed) custom.clear();
         const size_t length = fixed ? size_t(strength / 4) : size_t(rng.Between(1, 300));
-        const std::string where =
-            CaseName(rng, i,
-                     "KMAC" + std::to_string(strength) + " key " + std::to_string(key.size()) + " custom " +
-                         std::to_string(custom.size()) + " output " + std::to_string(length));
+        const std::string where = CaseName(rng, i, "KMAC", strength, "key", key.size(), "custom", custom.size(),
+                                           "output", length);
         ByteVec want;
         if (!check.True(ref::Kmac(strength, key, msg, custom, length, &want), "reference failed", where)) continue;
         const int32_t option = strength == 128 ? OPT_KMAC_128 : OPT_KMAC_256;
         ByteVec out(length);
         int32_t n =
             PRF_Bytes(out.data(), Size(out), NonNull(msg), Size(msg), key.data(), Size(key), custom.c_str(), option);
-        check.Equal(n == Size(out) ? ToHex(out) : "error " + std::to_string(n), ToHex(want), where + " PRF_Bytes");
+        check.Equal(OrError(n == Size(out), n, ToHex(out)), ToHex(want), where + " PRF_Bytes");
         if (fixed) check.Equal(MacBytes(key, msg, option, length), ToHex(want), where + " MAC_Bytes");
     }
 }
@@ -135,21 +130,18 @@ CONFORMANCE_SUITE(Differential, XofMgf1, 2000,
         const auto& x = xofs[i % 7];
         const ByteVec msg = rng.Bytes(size_t(rng.Between(0, 400)));
         const size_t length = size_t(rng.Between(x.mgf1 ? 1 : 0, 600));
-        const std::string where = CaseName(rng, i,
-                                           std::string(x.mgf1 ? "MGF1-" : "") + x.digest + " message " +
-                                               std::to_string(msg.size()) + " output " + std::to_string(length));
+        const std::string where =
+            CaseName(rng, i, x.mgf1 ? "MGF1" : "XOF", x.digest, "message", msg.size(), "output", length);
         ByteVec want;
         const bool ok =
             x.mgf1 ? ref::Mgf1(x.digest, msg, length, &want) : length == 0 || ref::Digest(x.digest, msg, &want, length);
         if (!check.True(ok, "reference failed", where)) continue;
         ByteVec out(length + 1);
         int32_t n = XOF_Bytes(out.data(), int32_t(length), Ptr(msg), Size(msg), x.option);
-        check.Equal(n == int32_t(length) ? ToHex(out.data(), length) : "error " + std::to_string(n), ToHex(want),
-                    where + " XOF_Bytes");
+        check.Equal(OrError(n == int32_t(length), n, ToHex(out.data(), length)), ToHex(want), where + " XOF_Bytes");
         if (x.mgf1) continue;
         n = PRF_Bytes(out.data(), int32_t(length), NonNull(msg), Size(msg), nullptr, 0, "", x.option);
-        check.Equal(n == int32_t(length) ? ToHex(out.data(), length) : "error " + std::to_string(n), ToHex(want),
-                    where + " PRF_Bytes");
+        check.Equal(OrError(n == int32_t(length), n, ToHex(out.data(), length)), ToHex(want), where + " PRF_Bytes");
     }
 }
 
@@ -158,32 +150,21 @@ CONFORMANCE_SUITE(Differential, Pbkdf2, 600,
                   "keys of 1 to 200 bytes",
                   "OpenSSL libcrypto PKCS5_PBKDF2_HMAC", "PBE_Kdf2 PBE_Kdf2Hex") {
     Random rng(0x5eed0044);
-    const struct {
-        int32_t option;
-        const char* digest;
-    } prfs[] = {{OPT_HASH_SHA1, "SHA1"},
-                {OPT_HASH_SHA224, "SHA224"},
-                {OPT_HASH_SHA256, "SHA256"},
-                {OPT_HASH_SHA384, "SHA384"},
-                {OPT_HASH_SHA512, "SHA512"}};
     for (long i = 0; i < 600; ++i) {
         check.Case();
-        const auto& p = prfs[i % 5];
+        const HmacRef& p = kHmacs[i % 5];  // the SHA-1 and SHA-2 rows; the option is the digest's
         const ByteVec password = rng.Bytes(size_t(rng.Between(1, 150))), salt = rng.Bytes(size_t(rng.Between(1, 100)));
         const int iterations = i % 50 == 0 ? rng.Between(1000, 3000) : rng.Between(1, 40);
         const size_t length = size_t(rng.Between(1, 200));
-        const std::string where =
-            CaseName(rng, i,
-                     std::string("PBKDF2-") + p.digest + " password " + std::to_string(password.size()) + " salt " +
-                         std::to_string(salt.size()) + " iterations " + std::to_string(iterations) + " length " +
-                         std::to_string(length));
+        const std::string where = CaseName(rng, i, "PBKDF2", p.digest, "password", password.size(), "salt",
+                                           salt.size(), "iterations", iterations, "length", length);
         ByteVec want;
         if (!check.True(ref::Pbkdf2(p.digest, password, salt, iterations, length, &want), "reference failed", where))
             continue;
         ByteVec out(length);
         int32_t rc = PBE_Kdf2(out.data(), Size(out), password.data(), Size(password), salt.data(), Size(salt),
                               iterations, p.option);
-        check.Equal(rc ? "error " + std::to_string(rc) : ToHex(out), ToHex(want), where + " PBE_Kdf2");
+        check.Equal(OrError(!rc, rc, ToHex(out)), ToHex(want), where + " PBE_Kdf2");
         // The text form: a password without zero bytes.
         ByteVec text = password;
         for (auto& b : text) b = uint8_t(b % 94 + 33);
@@ -191,7 +172,7 @@ CONFORMANCE_SUITE(Differential, Pbkdf2, 600,
         std::string hex(length * 2 + 1, '\0');
         rc = PBE_Kdf2Hex(hex.data(), int32_t(length * 2), int32_t(length),
                          std::string(text.begin(), text.end()).c_str(), ToHex(salt).c_str(), iterations, p.option);
-        check.Equal(rc ? "error " + std::to_string(rc) : hex.c_str(), Upper(ToHex(want)), where + " PBE_Kdf2Hex");
+        check.Equal(OrError(!rc, rc, hex.c_str()), Upper(ToHex(want)), where + " PBE_Kdf2Hex");
     }
 }
 
@@ -205,9 +186,7 @@ CONFORMANCE_SUITE(Differential, Scrypt, 300,
         const ByteVec password = rng.Bytes(size_t(rng.Between(0, 64))), salt = rng.Bytes(size_t(rng.Between(0, 64)));
         const size_t length = size_t(rng.Between(1, 200));
         const std::string where =
-            CaseName(rng, i,
-                     "N " + std::to_string(n) + " r " + std::to_string(r) + " p " + std::to_string(p) + " password " +
-                         std::to_string(password.size()) + " salt " + std::to_string(salt.size()));
+            CaseName(rng, i, "N", n, "r", r, "p", p, "password", password.size(), "salt", salt.size());
         ByteVec want;
         if (!check.True(ref::Scrypt(password, salt, uint64_t(n), uint64_t(r), uint64_t(p), length, &want),
                         "reference failed", where))
@@ -215,6 +194,6 @@ CONFORMANCE_SUITE(Differential, Scrypt, 300,
         ByteVec out(length);
         int32_t rc =
             PBE_Scrypt(out.data(), Size(out), Ptr(password), Size(password), Ptr(salt), Size(salt), n, r, p, 0);
-        check.Equal(rc ? "error " + std::to_string(rc) : ToHex(out), ToHex(want), where);
+        check.Equal(OrError(!rc, rc, ToHex(out)), ToHex(want), where);
     }
 }

@@ -48,10 +48,6 @@ ByteVec Random::Bytes(size_t n) {
     return v;
 }
 
-std::string CaseName(const Random& rng, long index, const std::string& what) {
-    return "seed " + std::to_string(rng.seed()) + " case " + std::to_string(index) + ": " + what;
-}
-
 namespace {
 class SuiteTest : public ::testing::Test {
 public:

@@ -54,35 +54,8 @@ CipherPtr FetchCipher(const char* name) {
     return CipherPtr(EVP_CIPHER_fetch(nullptr, name, nullptr));
 }
 
-// An AEAD run over a whole message; tag in or out.
-bool Aead(const char* name, bool encrypt, const ByteVec& key, const ByteVec& iv, const ByteVec& aad, const ByteVec& in,
-          ByteVec* out, ByteVec* tag) {
-    CipherPtr c = FetchCipher(name);
-    CipherCtx ctx(EVP_CIPHER_CTX_new());
-    if (!c || !ctx) return false;
-    int n = 0;
-    if (EVP_CipherInit_ex(ctx.get(), c.get(), nullptr, nullptr, nullptr, encrypt) != 1 ||
-        EVP_CIPHER_CTX_ctrl(ctx.get(), EVP_CTRL_AEAD_SET_IVLEN, int(iv.size()), nullptr) != 1 ||
-        EVP_CipherInit_ex(ctx.get(), nullptr, nullptr, key.data(), iv.data(), encrypt) != 1)
-        return false;
-    if (!encrypt && EVP_CIPHER_CTX_ctrl(ctx.get(), EVP_CTRL_AEAD_SET_TAG, int(tag->size()), tag->data()) != 1)
-        return false;
-    if (!aad.empty() && EVP_CipherUpdate(ctx.get(), nullptr, &n, aad.data(), int(aad.size())) != 1) return false;
-    out->assign(in.size() + 16, 0);
-    int total = 0;
-    if (!in.empty()) {
-        if (EVP_CipherUpdate(ctx.get(), out->data(), &n, in.data(), int(in.size())) != 1) return false;
-        total = n;
-    }
-    if (EVP_CipherFinal_ex(ctx.get(), out->data() + total, &n) != 1) return false;
-    out->resize(size_t(total + n));
-    if (encrypt && EVP_CIPHER_CTX_ctrl(ctx.get(), EVP_CTRL_AEAD_GET_TAG, int(tag->size()), tag->data()) != 1)
-        return false;
-    return true;
-}
-
-bool Mac(const char* name, const OSSL_PARAM* params, const ByteVec& key, const ByteVec& msg, size_t length,
-         ByteVec* out) {
+bool RunMac(const char* name, const OSSL_PARAM* params, const ByteVec& key, const ByteVec& msg, size_t length,
+            ByteVec* out) {
     Loaded();
     MacPtr mac(EVP_MAC_fetch(nullptr, name, nullptr));
     if (!mac) return false;
@@ -143,39 +116,38 @@ bool Crypt(const char* name, bool encrypt, const ByteVec& key, const ByteVec& iv
     return true;
 }
 
-bool GcmEncrypt(const ByteVec& key, const ByteVec& iv, const ByteVec& aad, const ByteVec& pt, ByteVec* ct,
-                ByteVec* tag) {
-    const char* name = key.size() == 16 ? "AES-128-GCM" : key.size() == 24 ? "AES-192-GCM" : "AES-256-GCM";
-    return Aead(name, true, key, iv, aad, pt, ct, tag);
+bool Aead(const char* name, bool encrypt, const ByteVec& key, const ByteVec& iv, const ByteVec& aad, const ByteVec& in,
+          ByteVec* out, ByteVec* tag) {
+    CipherPtr c = FetchCipher(name);
+    CipherCtx ctx(EVP_CIPHER_CTX_new());
+    if (!c || !ctx) return false;
+    int n = 0;
+    if (EVP_CipherInit_ex(ctx.get(), c.get(), nullptr, nullptr, nullptr, encrypt) != 1 ||
+        EVP_CIPHER_CTX_ctrl(ctx.get(), EVP_CTRL_AEAD_SET_IVLEN, int(iv.size()), nullptr) != 1 ||
+        EVP_CipherInit_ex(ctx.get(), nullptr, nullptr, key.data(), iv.data(), encrypt) != 1)
+        return false;
+    if (!encrypt && EVP_CIPHER_CTX_ctrl(ctx.get(), EVP_CTRL_AEAD_SET_TAG, int(tag->size()), tag->data()) != 1)
+        return false;
+    if (!aad.empty() && EVP_CipherUpdate(ctx.get(), nullptr, &n, aad.data(), int(aad.size())) != 1) return false;
+    out->assign(in.size() + 16, 0);
+    int total = 0;
+    if (!in.empty()) {
+        if (EVP_CipherUpdate(ctx.get(), out->data(), &n, in.data(), int(in.size())) != 1) return false;
+        total = n;
+    }
+    if (EVP_CipherFinal_ex(ctx.get(), out->data() + total, &n) != 1) return false;
+    out->resize(size_t(total + n));
+    if (encrypt && EVP_CIPHER_CTX_ctrl(ctx.get(), EVP_CTRL_AEAD_GET_TAG, int(tag->size()), tag->data()) != 1)
+        return false;
+    return true;
 }
 
-bool GcmDecrypt(const ByteVec& key, const ByteVec& iv, const ByteVec& aad, const ByteVec& ct, const ByteVec& tag,
-                ByteVec* pt) {
-    const char* name = key.size() == 16 ? "AES-128-GCM" : key.size() == 24 ? "AES-192-GCM" : "AES-256-GCM";
-    ByteVec t = tag;
-    return Aead(name, false, key, iv, aad, ct, pt, &t);
-}
-
-bool ChaChaPolyEncrypt(const ByteVec& key, const ByteVec& nonce, const ByteVec& aad, const ByteVec& pt, ByteVec* ct,
-                       ByteVec* tag) {
-    tag->assign(16, 0);
-    return Aead("ChaCha20-Poly1305", true, key, nonce, aad, pt, ct, tag);
-}
-
-bool Hmac(const char* digest, const ByteVec& key, const ByteVec& msg, ByteVec* out) {
-    OSSL_PARAM params[] = {OSSL_PARAM_construct_utf8_string(OSSL_MAC_PARAM_DIGEST, const_cast<char*>(digest), 0),
+bool Mac(const char* name, const char* setting, const ByteVec& key, const ByteVec& msg, ByteVec* out) {
+    const char* param = std::string(name) == "HMAC" ? OSSL_MAC_PARAM_DIGEST : OSSL_MAC_PARAM_CIPHER;
+    OSSL_PARAM params[] = {setting ? OSSL_PARAM_construct_utf8_string(param, const_cast<char*>(setting), 0)
+                                   : OSSL_PARAM_construct_end(),
                            OSSL_PARAM_construct_end()};
-    return Mac("HMAC", params, key, msg, EVP_MAX_MD_SIZE, out);
-}
-
-bool Cmac(const char* cipher, const ByteVec& key, const ByteVec& msg, ByteVec* out) {
-    OSSL_PARAM params[] = {OSSL_PARAM_construct_utf8_string(OSSL_MAC_PARAM_CIPHER, const_cast<char*>(cipher), 0),
-                           OSSL_PARAM_construct_end()};
-    return Mac("CMAC", params, key, msg, 16, out);
-}
-
-bool Poly1305(const ByteVec& key, const ByteVec& msg, ByteVec* out) {
-    return Mac("POLY1305", nullptr, key, msg, 16, out);
+    return RunMac(name, params, key, msg, EVP_MAX_MD_SIZE, out);
 }
 
 bool Kmac(int strength, const ByteVec& key, const ByteVec& msg, const std::string& custom, size_t length,
@@ -183,7 +155,7 @@ bool Kmac(int strength, const ByteVec& key, const ByteVec& msg, const std::strin
     OSSL_PARAM params[] = {
         OSSL_PARAM_construct_octet_string(OSSL_MAC_PARAM_CUSTOM, const_cast<char*>(custom.data()), custom.size()),
         OSSL_PARAM_construct_size_t(OSSL_MAC_PARAM_SIZE, &length), OSSL_PARAM_construct_end()};
-    return Mac(strength == 128 ? "KMAC128" : "KMAC256", params, key, msg, length, out);
+    return RunMac(strength == 128 ? "KMAC128" : "KMAC256", params, key, msg, length, out);
 }
 
 bool Pbkdf2(const char* digest, const ByteVec& password, const ByteVec& salt, int iterations, size_t length,
@@ -210,10 +182,6 @@ bool Mgf1(const char* digest, const ByteVec& seed, size_t length, ByteVec* out) 
     if (!md) return false;
     out->assign(length, 0);
     return PKCS1_MGF1(out->data(), long(length), P(seed), long(seed.size()), md.get()) == 0;
-}
-
-bool Wrap(const char* name, bool wrap, const ByteVec& kek, const ByteVec& in, ByteVec* out) {
-    return Crypt(name, wrap, kek, {}, in, out);
 }
 
 }  // namespace ref

@@ -17,28 +17,21 @@ bool LegacyLoaded();
 // Digest, or xofLength bytes of an XOF ("SHAKE128", "SHAKE256").
 bool Digest(const char* name, const ByteVec& msg, ByteVec* out, size_t xofLength = 0);
 
-// A whole message through a cipher ("AES-128-CBC", "BF-OFB", ...). With pad,
-// PKCS#7 padding is added or removed. A key length other than the cipher's
-// default is set for the variable-length ciphers.
+// A whole message through a cipher ("AES-128-CBC", "BF-OFB", "AES-128-WRAP",
+// "DES3-WRAP", ...). With pad, PKCS#7 padding is added or removed. A key
+// length other than the cipher's default is set for the variable-length ciphers.
 bool Crypt(const char* name, bool encrypt, const ByteVec& key, const ByteVec& iv, const ByteVec& in, ByteVec* out,
            bool pad = false);
 
-// AES-GCM with any IV length; tag of tag->size() bytes (encrypt) or checked
-// (decrypt, returns false on a bad tag as well).
-bool GcmEncrypt(const ByteVec& key, const ByteVec& iv, const ByteVec& aad, const ByteVec& pt, ByteVec* ct,
-                ByteVec* tag);
-bool GcmDecrypt(const ByteVec& key, const ByteVec& iv, const ByteVec& aad, const ByteVec& ct, const ByteVec& tag,
-                ByteVec* pt);
+// An AEAD ("AES-128-GCM", "ChaCha20-Poly1305") over a whole message, any IV
+// length; tag of tag->size() bytes written (encrypt) or checked (decrypt,
+// false on a bad tag as well).
+bool Aead(const char* name, bool encrypt, const ByteVec& key, const ByteVec& iv, const ByteVec& aad,
+          const ByteVec& in, ByteVec* out, ByteVec* tag);
 
-// ChaCha20-Poly1305 of RFC 8439, 12-byte nonce, 16-byte tag.
-bool ChaChaPolyEncrypt(const ByteVec& key, const ByteVec& nonce, const ByteVec& aad, const ByteVec& pt, ByteVec* ct,
-                       ByteVec* tag);
-
-// MACs by EVP_MAC name: "HMAC" (digest), "CMAC" (cipher), "POLY1305",
-// "KMAC128"/"KMAC256" (custom string, output length).
-bool Hmac(const char* digest, const ByteVec& key, const ByteVec& msg, ByteVec* out);
-bool Cmac(const char* cipher, const ByteVec& key, const ByteVec& msg, ByteVec* out);
-bool Poly1305(const ByteVec& key, const ByteVec& msg, ByteVec* out);
+// MACs by EVP_MAC name: "HMAC" with a digest as setting, "CMAC" with a
+// cipher, "POLY1305" with none; KMAC with custom string and output length.
+bool Mac(const char* name, const char* setting, const ByteVec& key, const ByteVec& msg, ByteVec* out);
 bool Kmac(int strength, const ByteVec& key, const ByteVec& msg, const std::string& custom, size_t length, ByteVec* out);
 
 // Key derivation.
@@ -49,8 +42,5 @@ bool Scrypt(const ByteVec& password, const ByteVec& salt, uint64_t n, uint64_t r
 
 // MGF1 of PKCS #1 over a digest.
 bool Mgf1(const char* digest, const ByteVec& seed, size_t length, ByteVec* out);
-
-// Key wrap: "AES-128-WRAP" etc. (RFC 3394) and "DES-EDE3-WRAP" (RFC 3217).
-bool Wrap(const char* name, bool wrap, const ByteVec& kek, const ByteVec& in, ByteVec* out);
 
 }  // namespace ref

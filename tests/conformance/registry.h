@@ -76,6 +76,12 @@ inline const uint8_t* NonNull(const ByteVec& v) {
     return v.empty() ? &empty : v.data();
 }
 
+// value when the call succeeded, else "error RC", so a failing call shows
+// its code in the mismatch.
+inline std::string OrError(bool ok, int32_t rc, const std::string& value) {
+    return ok ? value : "error " + std::to_string(rc);
+}
+
 inline std::string Where(const std::string& file, const VectorRecord& r) {
     return file + ":" + std::to_string(r.line);
 }
@@ -96,6 +102,16 @@ inline std::string Lower(std::string s) {
 // of the suite, not a quiet pass.
 std::vector<VectorRecord> ReadSet(Checker& check, const std::string& file);
 
+// Every record of a file counted as one case and handed to fn with its
+// "file:line" for messages.
+template <typename Fn>
+void EachRecord(Checker& check, const std::string& file, Fn fn) {
+    for (const VectorRecord& r : ReadSet(check, file)) {
+        check.Case();
+        fn(r, Where(file, r));
+    }
+}
+
 // Fixed-seed generator for the differential suites. VERIMOND_SEED in the
 // environment replaces the seed, to explore beyond the fixed cases.
 class Random {
@@ -111,5 +127,15 @@ private:
     std::mt19937_64 engine_;
 };
 
-// "seed S case N: ..." for a failure message.
-std::string CaseName(const Random& rng, long index, const std::string& what);
+// "seed S case N: part part ..." for a failure message; byte strings as hex.
+inline void AppendPart(std::string& s, const ByteVec& v) { s += ToHex(v); }
+inline void AppendPart(std::string& s, const std::string& v) { s += v; }
+inline void AppendPart(std::string& s, const char* v) { s += v; }
+template <typename T>
+inline void AppendPart(std::string& s, T v) { s += std::to_string(v); }
+template <typename... Parts>
+std::string CaseName(const Random& rng, long index, const Parts&... parts) {
+    std::string s = "seed " + std::to_string(rng.seed()) + " case " + std::to_string(index) + ":";
+    ((s += ' ', AppendPart(s, parts)), ...);
+    return s;
+}

@@ -107,8 +107,7 @@ void CheckGeneric(Checker& check, Cipher c, const std::string& mode, const ByteV
 // A CAVP response file of [ENCRYPT] and [DECRYPT] sections. "KEYs" is one
 // DES key used three times, so those records are DES answers as well.
 void RunCavpFile(Checker& check, const std::string& file, Cipher c, const std::string& mode) {
-    for (const VectorRecord& r : ReadSet(check, file)) {
-        check.Case();
+    EachRecord(check, file, [&](const VectorRecord& r, const std::string& where) {
         ByteVec key = r.Bytes("KEY");
         if (r.Has("KEY1")) {
             for (const char* part : {"KEY1", "KEY2", "KEY3"}) {
@@ -125,11 +124,11 @@ void RunCavpFile(Checker& check, const std::string& file, Cipher c, const std::s
             key = k;
             key.insert(key.end(), k.begin(), k.end());
             key.insert(key.end(), k.begin(), k.end());
-            CheckFamily(check, Cipher::Des, mode, k, iv, in, want, encrypt, Where(file, r) + " DES");
+            CheckFamily(check, Cipher::Des, mode, k, iv, in, want, encrypt, where + " DES");
         }
-        CheckFamily(check, c, mode, key, iv, in, want, encrypt, Where(file, r));
-        CheckGeneric(check, c, mode, key, iv, in, want, encrypt, r.line % 2 == 0, Where(file, r));
-    }
+        CheckFamily(check, c, mode, key, iv, in, want, encrypt, where);
+        CheckGeneric(check, c, mode, key, iv, in, want, encrypt, r.line % 2 == 0, where);
+    });
 }
 
 }  // namespace
@@ -195,39 +194,36 @@ CONFORMANCE_SUITE(Vectors, BlockModeExamples, 53,
                   "FIPS 197 Appendix C (aes_fips197_appendix_c.txt)",
                   AES_CALLS " " TDEA_CALLS " " GENERIC_CALLS) {
     const std::string examples = "parsed/block_modes_examples_aes_tdes.txt";
-    for (const VectorRecord& r : ReadSet(check, examples)) {
-        check.Case();
+    EachRecord(check, examples, [&](const VectorRecord& r, const std::string& where) {
         const bool encrypt = r.Get("DIRECTION") == "ENCRYPT";
         const ByteVec pt = r.Bytes("PLAINTEXT"), ct = r.Bytes("CIPHERTEXT");
         const Cipher c = CipherFromName(r.Get("CIPHER"));
         const std::string mode = r.Get("MODE").substr(0, 3);
         CheckFamily(check, c, mode, r.Bytes("KEY"), r.Bytes("IV"), encrypt ? pt : ct, encrypt ? ct : pt, encrypt,
-                    Where(examples, r));
+                    where);
         for (bool byText : {false, true})
             CheckGeneric(check, c, mode, r.Bytes("KEY"), r.Bytes("IV"), encrypt ? pt : ct, encrypt ? ct : pt, encrypt,
-                         byText, Where(examples, r));
-    }
+                         byText, where);
+    });
     const std::string fips197 = "aes_fips197_appendix_c.txt";
-    for (const VectorRecord& r : ReadSet(check, fips197)) {
-        check.Case();
+    EachRecord(check, fips197, [&](const VectorRecord& r, const std::string& where) {
         const Cipher c = CipherFromName(r.section.begin()->first);
         const ByteVec key = r.Bytes("KEY"), pt = r.Bytes("PLAINTEXT"), ct = r.Bytes("CIPHERTEXT");
-        CheckFamily(check, c, "ECB", key, {}, pt, ct, 1, Where(fips197, r));
-        CheckFamily(check, c, "ECB", key, {}, ct, pt, 0, Where(fips197, r));
-    }
+        CheckFamily(check, c, "ECB", key, {}, pt, ct, 1, where);
+        CheckFamily(check, c, "ECB", key, {}, ct, pt, 0, where);
+    });
 }
 
 CONFORMANCE_SUITE(Vectors, Blowfish, 61, "Blowfish with keys of 1 to 24 bytes in ECB, CBC, CFB-64, OFB-64",
                   "Published Blowfish vectors (E. Young): rfc/blowfish_eay_vectors.txt",
                   "BLF_BytesMode BLF_HexMode BLF_Bytes BLF_Hex BLF_Init BLF_Update BLF_Final") {
     const std::string file = "rfc/blowfish_eay_vectors.txt";
-    for (const VectorRecord& r : ReadSet(check, file)) {
-        check.Case();
+    EachRecord(check, file, [&](const VectorRecord& r, const std::string& where) {
         const std::string mode = r.Has("MODE") ? r.Get("MODE").substr(0, 3) : "ECB";
         const ByteVec key = r.Bytes("KEY"), iv = r.Bytes("IV"), pt = r.Bytes("PLAINTEXT"), ct = r.Bytes("CIPHERTEXT");
-        CheckFamily(check, Cipher::Blf, mode, key, iv, pt, ct, 1, Where(file, r));
-        CheckFamily(check, Cipher::Blf, mode, key, iv, ct, pt, 0, Where(file, r));
-    }
+        CheckFamily(check, Cipher::Blf, mode, key, iv, pt, ct, 1, where);
+        CheckFamily(check, Cipher::Blf, mode, key, iv, ct, pt, 0, where);
+    });
 }
 
 namespace {
@@ -262,21 +258,18 @@ CONFORMANCE_SUITE(Vectors, KeyWrap, 3006,
                   "CIPHER_KeyWrap CIPHER_KeyUnwrap") {
     for (const char* bits : {"128", "192", "256"}) {
         const std::string ae = std::string("nist-cavp/keywrap/KW_AE_") + bits + ".txt";
-        for (const VectorRecord& r : ReadSet(check, ae)) {
-            check.Case();
-            check.Equal(Wrapped(r.Bytes("P"), r.Bytes("K")), Lower(r.Get("C")), Where(ae, r));
-        }
+        EachRecord(check, ae, [&](const VectorRecord& r, const std::string& where) {
+            check.Equal(Wrapped(r.Bytes("P"), r.Bytes("K")), Lower(r.Get("C")), where);
+        });
         const std::string ad = std::string("nist-cavp/keywrap/KW_AD_") + bits + ".txt";
-        for (const VectorRecord& r : ReadSet(check, ad)) {
-            check.Case();
+        EachRecord(check, ad, [&](const VectorRecord& r, const std::string& where) {
             check.Equal(Unwrapped(r.Bytes("C"), r.Bytes("K")), r.fail ? "refused, zeroed" : Lower(r.Get("P")),
-                        Where(ad, r));
-        }
+                        where);
+        });
     }
     const std::string rfc = "rfc/rfc3394_aes_keywrap.txt";
-    for (const VectorRecord& r : ReadSet(check, rfc)) {
-        check.Case();
-        check.Equal(Wrapped(r.Bytes("KEYDATA"), r.Bytes("KEK")), Lower(r.Get("WRAPPED")), Where(rfc, r) + " wrap");
-        check.Equal(Unwrapped(r.Bytes("WRAPPED"), r.Bytes("KEK")), Lower(r.Get("KEYDATA")), Where(rfc, r) + " unwrap");
-    }
+    EachRecord(check, rfc, [&](const VectorRecord& r, const std::string& where) {
+        check.Equal(Wrapped(r.Bytes("KEYDATA"), r.Bytes("KEK")), Lower(r.Get("WRAPPED")), where + " wrap");
+        check.Equal(Unwrapped(r.Bytes("WRAPPED"), r.Bytes("KEK")), Lower(r.Get("KEYDATA")), where + " unwrap");
+    });
 }

@@ -15,13 +15,13 @@ struct DigestFile {
 std::string HexOf(const ByteVec& msg, int32_t option) {
     char out[129] = {};
     int32_t n = HASH_HexFromBytes(out, 128, Ptr(msg), Size(msg), option);
-    return n < 0 ? "error " + std::to_string(n) : std::string(out);
+    return OrError(n >= 0, n, out);
 }
 
 std::string BitsHexOf(const ByteVec& msg, int32_t bits, int32_t option) {
     char out[129] = {};
     int32_t n = HASH_HexFromBits(out, 128, msg.data(), bits, option);
-    return n < 0 ? "error " + std::to_string(n) : std::string(out);
+    return OrError(n >= 0, n, out);
 }
 
 // The stream calls, fed in pieces whose sizes vary with the record.
@@ -34,7 +34,7 @@ std::string StreamHexOf(const ByteVec& msg, int32_t option, size_t piece) {
     }
     uint8_t out[64];
     int32_t n = HASH_Final(out, 64, h);
-    return n < 0 ? "error " + std::to_string(n) : ToHex(out, size_t(n));
+    return OrError(n >= 0, n, ToHex(out, size_t(std::max(n, 0))));
 }
 
 std::string Sha3StreamHexOf(const ByteVec& msg, int32_t bits, size_t piece) {
@@ -43,7 +43,7 @@ std::string Sha3StreamHexOf(const ByteVec& msg, int32_t bits, size_t piece) {
         SHA3_AddBytes(h, msg.data() + at, int32_t(std::min(piece, msg.size() - at)));
     char out[129] = {};
     int32_t n = SHA3_HexDigest(out, 128, h);
-    return n < 0 ? "error " + std::to_string(n) : std::string(out);
+    return OrError(n >= 0, n, out);
 }
 
 // "Len" counts bits; Len = 0 comes with Msg = 00, the empty message.
@@ -53,25 +53,31 @@ ByteVec MessageOf(const VectorRecord& r) {
     return msg;
 }
 
-void RunByteSet(Checker& check, const DigestFile* files, size_t count, int32_t sha3Bits) {
-    for (size_t i = 0; i < count; ++i) {
-        const DigestFile& f = files[i];
-        for (const VectorRecord& r : ReadSet(check, f.file)) {
-            check.Case();
-            const std::string where = Where(f.file, r), md = r.Get("MD");
+// The Short and Long message files of one digest; name is the file stem
+// ("SHA256", "SHA3_256").
+void RunByteSet(Checker& check, const std::string& dir, const std::string& name, int32_t option, int32_t sha3Bits) {
+    for (const char* kind : {"ShortMsg.rsp", "LongMsg.rsp"}) {
+        EachRecord(check, dir + name + kind, [&](const VectorRecord& r, const std::string& where) {
+            const std::string md = r.Get("MD");
             const ByteVec msg = MessageOf(r);
-            check.Equal(HexOf(msg, f.option), md, where + " HASH_HexFromBytes");
+            check.Equal(HexOf(msg, option), md, where + " HASH_HexFromBytes");
             char hex[129] = {};
-            int32_t n = HASH_HexFromHex(hex, 128, ToHex(msg).c_str(), f.option);
-            check.Equal(n < 0 ? "error " + std::to_string(n) : std::string(hex), md, where + " HASH_HexFromHex");
+            int32_t n = HASH_HexFromHex(hex, 128, ToHex(msg).c_str(), option);
+            check.Equal(OrError(n >= 0, n, hex), md, where + " HASH_HexFromHex");
             ByteVec padded = msg;
             padded.push_back(0);  // the bit call wants a buffer even for 0 bits
-            check.Equal(BitsHexOf(padded, int32_t(r.Int("Len")), f.option), md, where + " HASH_HexFromBits");
-            check.Equal(StreamHexOf(msg, f.option, 1 + size_t(r.line) % 150), md, where + " HASH_ stream");
+            check.Equal(BitsHexOf(padded, int32_t(r.Int("Len")), option), md, where + " HASH_HexFromBits");
+            check.Equal(StreamHexOf(msg, option, 1 + size_t(r.line) % 150), md, where + " HASH_ stream");
             if (sha3Bits) check.Equal(Sha3StreamHexOf(msg, sha3Bits, 1 + size_t(r.line) % 200), md, where + " SHA3_");
-        }
+        });
     }
 }
+
+const DigestFile kSha[] = {{"SHA1", OPT_HASH_SHA1},
+                           {"SHA224", OPT_HASH_SHA224},
+                           {"SHA256", OPT_HASH_SHA256},
+                           {"SHA384", OPT_HASH_SHA384},
+                           {"SHA512", OPT_HASH_SHA512}};
 
 }  // namespace
 
@@ -80,38 +86,36 @@ CONFORMANCE_SUITE(Vectors, Sha1Sha2Bytes, 901, "SHA-1, SHA-224, SHA-256, SHA-384
                   "HASH_HexFromBytes HASH_HexFromHex HASH_HexFromBits HASH_Init HASH_AddBytes HASH_Final "
                   "SHA1_BytesHash SHA2_BytesHash SHA1_BytesHexHash SHA2_BytesHexHash SHA1_Init SHA1_AddBytes "
                   "SHA1_HexDigest SHA2_Init SHA2_AddBytes SHA2_HexDigest") {
-    static const DigestFile files[] = {
-        {"nist-cavp/sha/byte/SHA1ShortMsg.rsp", OPT_HASH_SHA1},
-        {"nist-cavp/sha/byte/SHA1LongMsg.rsp", OPT_HASH_SHA1},
-        {"nist-cavp/sha/byte/SHA224ShortMsg.rsp", OPT_HASH_SHA224},
-        {"nist-cavp/sha/byte/SHA224LongMsg.rsp", OPT_HASH_SHA224},
-        {"nist-cavp/sha/byte/SHA256ShortMsg.rsp", OPT_HASH_SHA256},
-        {"nist-cavp/sha/byte/SHA256LongMsg.rsp", OPT_HASH_SHA256},
-        {"nist-cavp/sha/byte/SHA384ShortMsg.rsp", OPT_HASH_SHA384},
-        {"nist-cavp/sha/byte/SHA384LongMsg.rsp", OPT_HASH_SHA384},
-        {"nist-cavp/sha/byte/SHA512ShortMsg.rsp", OPT_HASH_SHA512},
-        {"nist-cavp/sha/byte/SHA512LongMsg.rsp", OPT_HASH_SHA512},
-    };
-    RunByteSet(check, files, std::size(files), 0);
+    for (const DigestFile& f : kSha) RunByteSet(check, "nist-cavp/sha/byte/", f.file, f.option, 0);
     // The SHA1_ and SHA2_ families over the same SHA-1 and SHA-256 sets.
-    for (const DigestFile& f : files) {
-        if (f.option != OPT_HASH_SHA1 && f.option != OPT_HASH_SHA256) continue;
-        const bool sha1 = f.option == OPT_HASH_SHA1;
-        for (const VectorRecord& r : ReadVectorFile(f.file)) {
-            const ByteVec msg = MessageOf(r);
-            uint8_t digest[32];
-            char hex[65] = {};
-            sha1 ? SHA1_BytesHash(digest, Ptr(msg), Size(msg)) : SHA2_BytesHash(digest, Ptr(msg), Size(msg));
-            check.Equal(ToHex(digest, sha1 ? 20 : 32), r.Get("MD"), Where(f.file, r) + " BytesHash");
-            sha1 ? SHA1_BytesHexHash(hex, Ptr(msg), Size(msg)) : SHA2_BytesHexHash(hex, Ptr(msg), Size(msg));
-            check.Equal(std::string(hex), r.Get("MD"), Where(f.file, r) + " BytesHexHash");
-            int32_t h = sha1 ? SHA1_Init() : SHA2_Init();
-            size_t half = msg.size() / 2;
-            sha1 ? SHA1_AddBytes(h, msg.data(), int32_t(half)) : SHA2_AddBytes(h, msg.data(), int32_t(half));
-            sha1 ? SHA1_AddBytes(h, msg.data() + half, int32_t(msg.size() - half))
-                 : SHA2_AddBytes(h, msg.data() + half, int32_t(msg.size() - half));
-            sha1 ? SHA1_HexDigest(hex, h) : SHA2_HexDigest(hex, h);
-            check.Equal(std::string(hex), r.Get("MD"), Where(f.file, r) + " HexDigest");
+    const struct {
+        const char* file;
+        size_t size;
+        int32_t (*bytes)(unsigned char*, const unsigned char*, int32_t);
+        int32_t (*hex)(char*, const unsigned char*, int32_t);
+        int32_t (*init)();
+        int32_t (*add)(int32_t, const unsigned char*, int32_t);
+        int32_t (*digest)(char*, int32_t);
+    } families[] = {{"SHA1", 20, SHA1_BytesHash, SHA1_BytesHexHash, SHA1_Init, SHA1_AddBytes, SHA1_HexDigest},
+                    {"SHA256", 32, SHA2_BytesHash, SHA2_BytesHexHash, SHA2_Init, SHA2_AddBytes, SHA2_HexDigest}};
+    for (const auto& f : families) {
+        for (const char* kind : {"ShortMsg.rsp", "LongMsg.rsp"}) {
+            const std::string file = "nist-cavp/sha/byte/" + std::string(f.file) + kind;
+            for (const VectorRecord& r : ReadVectorFile(file)) {
+                const ByteVec msg = MessageOf(r);
+                const size_t half = msg.size() / 2;
+                uint8_t digest[32];
+                char hex[65] = {};
+                f.bytes(digest, Ptr(msg), Size(msg));
+                check.Equal(ToHex(digest, f.size), r.Get("MD"), Where(file, r) + " BytesHash");
+                f.hex(hex, Ptr(msg), Size(msg));
+                check.Equal(std::string(hex), r.Get("MD"), Where(file, r) + " BytesHexHash");
+                const int32_t h = f.init();
+                f.add(h, msg.data(), int32_t(half));
+                f.add(h, msg.data() + half, int32_t(msg.size() - half));
+                f.digest(hex, h);
+                check.Equal(std::string(hex), r.Get("MD"), Where(file, r) + " HexDigest");
+            }
         }
     }
 }
@@ -119,20 +123,13 @@ CONFORMANCE_SUITE(Vectors, Sha1Sha2Bytes, 901, "SHA-1, SHA-224, SHA-256, SHA-384
 CONFORMANCE_SUITE(Vectors, Sha1Sha2Bits, 3589, "SHA-1, SHA-224, SHA-256, SHA-384, SHA-512 of any bit length",
                   "NIST CAVP SHAVS bit-oriented: nist-cavp/sha/bit/SHA*ShortMsg.rsp (5 files, complete)",
                   "HASH_HexFromBits") {
-    static const DigestFile files[] = {
-        {"nist-cavp/sha/bit/SHA1ShortMsg.rsp", OPT_HASH_SHA1},
-        {"nist-cavp/sha/bit/SHA224ShortMsg.rsp", OPT_HASH_SHA224},
-        {"nist-cavp/sha/bit/SHA256ShortMsg.rsp", OPT_HASH_SHA256},
-        {"nist-cavp/sha/bit/SHA384ShortMsg.rsp", OPT_HASH_SHA384},
-        {"nist-cavp/sha/bit/SHA512ShortMsg.rsp", OPT_HASH_SHA512},
-    };
-    for (const DigestFile& f : files) {
-        for (const VectorRecord& r : ReadSet(check, f.file)) {
-            check.Case();
-            ByteVec msg = MessageOf(r);
-            msg.push_back(0);
-            check.Equal(BitsHexOf(msg, int32_t(r.Int("Len")), f.option), r.Get("MD"), Where(f.file, r));
-        }
+    for (const DigestFile& f : kSha) {
+        EachRecord(check, "nist-cavp/sha/bit/" + std::string(f.file) + "ShortMsg.rsp",
+                   [&](const VectorRecord& r, const std::string& where) {
+                       ByteVec msg = MessageOf(r);
+                       msg.push_back(0);
+                       check.Equal(BitsHexOf(msg, int32_t(r.Int("Len")), f.option), r.Get("MD"), where);
+                   });
     }
 }
 
@@ -141,24 +138,9 @@ CONFORMANCE_SUITE(Vectors, Sha3Bytes, 856, "SHA3-224, SHA3-256, SHA3-384, SHA3-5
                   "HASH_HexFromBytes HASH_HexFromHex HASH_HexFromBits HASH_Init HASH_AddBytes HASH_Final SHA3_Init "
                   "SHA3_AddBytes "
                   "SHA3_HexDigest") {
-    static const struct {
-        DigestFile files[2];
-        int32_t bits;
-    } sets[] = {
-        {{{"nist-cavp/sha3/SHA3_224ShortMsg.rsp", OPT_HASH_SHA3_224},
-          {"nist-cavp/sha3/SHA3_224LongMsg.rsp", OPT_HASH_SHA3_224}},
-         224},
-        {{{"nist-cavp/sha3/SHA3_256ShortMsg.rsp", OPT_HASH_SHA3_256},
-          {"nist-cavp/sha3/SHA3_256LongMsg.rsp", OPT_HASH_SHA3_256}},
-         256},
-        {{{"nist-cavp/sha3/SHA3_384ShortMsg.rsp", OPT_HASH_SHA3_384},
-          {"nist-cavp/sha3/SHA3_384LongMsg.rsp", OPT_HASH_SHA3_384}},
-         384},
-        {{{"nist-cavp/sha3/SHA3_512ShortMsg.rsp", OPT_HASH_SHA3_512},
-          {"nist-cavp/sha3/SHA3_512LongMsg.rsp", OPT_HASH_SHA3_512}},
-         512},
-    };
-    for (const auto& s : sets) RunByteSet(check, s.files, 2, s.bits);
+    for (auto [bits, option] : {std::pair{224, OPT_HASH_SHA3_224}, std::pair{256, OPT_HASH_SHA3_256},
+                                std::pair{384, OPT_HASH_SHA3_384}, std::pair{512, OPT_HASH_SHA3_512}})
+        RunByteSet(check, "nist-cavp/sha3/", "SHA3_" + std::to_string(bits), option, bits);
 }
 
 CONFORMANCE_SUITE(Vectors, Sha3Bits, 24, "SHA3-224, SHA3-256, SHA3-384, SHA3-512 of 0, 5, 30, 1600, 1605, 1630 bits",
@@ -183,10 +165,8 @@ CONFORMANCE_SUITE(Vectors, Md5Md2Ripemd160, 22, "MD5, MD2, RIPEMD-160",
                                        {"rfc/rfc1319_md2.txt", OPT_HASH_MD2},
                                        {"rfc/ripemd160_vectors.txt", OPT_HASH_RMD160}};
     for (const DigestFile& f : files) {
-        for (const VectorRecord& r : ReadSet(check, f.file)) {
-            check.Case();
+        EachRecord(check, f.file, [&](const VectorRecord& r, const std::string& where) {
             const ByteVec msg = MessageOf(r);
-            const std::string where = Where(f.file, r);
             check.Equal(HexOf(msg, f.option), r.Get("MD"), where + " HASH_HexFromBytes");
             char text[41] = {};
             HASH_HexFromHex(text, 40, ToHex(msg).c_str(), f.option);
@@ -194,7 +174,7 @@ CONFORMANCE_SUITE(Vectors, Md5Md2Ripemd160, 22, "MD5, MD2, RIPEMD-160",
             uint8_t out[20];
             int32_t n = HASH_Bytes(out, 20, Ptr(msg), Size(msg), f.option);
             check.Equal(n < 0 ? "error" : ToHex(out, size_t(n)), r.Get("MD"), where + " HASH_Bytes");
-            if (f.option != OPT_HASH_MD5) continue;
+            if (f.option != OPT_HASH_MD5) return;
             char hex[33] = {};
             MD5_BytesHexHash(hex, Ptr(msg), Size(msg));
             check.Equal(std::string(hex), r.Get("MD"), where + " MD5_BytesHexHash");
@@ -205,7 +185,7 @@ CONFORMANCE_SUITE(Vectors, Md5Md2Ripemd160, 22, "MD5, MD2, RIPEMD-160",
                 MD5_AddBytes(h, msg.data() + at, int32_t(std::min<size_t>(5, msg.size() - at)));
             MD5_HexDigest(hex, h);
             check.Equal(std::string(hex), r.Get("MD"), where + " MD5_ stream");
-        }
+        });
     }
 }
 
@@ -215,14 +195,13 @@ CONFORMANCE_SUITE(Vectors, AsconHash, 2050, "Ascon-Hash, Ascon-HashA (v1.2), mes
     static const DigestFile files[] = {{"ascon-v1.2/Ascon-Hash_v1.2_LWC_HASH_KAT_256.txt", OPT_HASH_ASCON_HASH},
                                        {"ascon-v1.2/Ascon-HashA_v1.2_LWC_HASH_KAT_256.txt", OPT_HASH_ASCON_HASHA}};
     for (const DigestFile& f : files) {
-        for (const VectorRecord& r : ReadSet(check, f.file)) {
-            check.Case();
+        EachRecord(check, f.file, [&](const VectorRecord& r, const std::string& where) {
             const ByteVec msg = r.Bytes("Msg");
             uint8_t out[32];
             int32_t n = HASH_Bytes(out, 32, Ptr(msg), Size(msg), f.option);
-            check.Equal(n == 32 ? ToHex(out, 32) : "error", Lower(r.Get("MD")), Where(f.file, r) + " HASH_Bytes");
-            check.Equal(HexOf(msg, f.option), Lower(r.Get("MD")), Where(f.file, r) + " HASH_HexFromBytes");
-        }
+            check.Equal(n == 32 ? ToHex(out, 32) : "error", Lower(r.Get("MD")), where + " HASH_Bytes");
+            check.Equal(HexOf(msg, f.option), Lower(r.Get("MD")), where + " HASH_HexFromBytes");
+        });
     }
 }
 
@@ -251,12 +230,11 @@ CONFORMANCE_SUITE(Vectors, Shake, 831,
         const std::string bits = option == OPT_XOF_SHAKE128 ? "128" : "256";
         for (const char* kind : {"ShortMsg", "LongMsg", "VariableOut_subset"}) {
             const std::string file = "nist-cavp/sha3/SHAKE" + bits + kind + ".rsp";
-            for (const VectorRecord& r : ReadSet(check, file)) {
-                check.Case();
+            EachRecord(check, file, [&](const VectorRecord& r, const std::string& where) {
                 ByteVec msg = r.Bytes("Msg");
                 if (r.Has("Len")) msg.resize(size_t(r.Int("Len") / 8));
-                CheckShake(check, option, msg, r.Get("Output"), Where(file, r));
-            }
+                CheckShake(check, option, msg, r.Get("Output"), where);
+            });
         }
     }
     // The bit-string examples whose messages are whole bytes.
@@ -276,12 +254,11 @@ CONFORMANCE_SUITE(Vectors, AsconXof, 2050, "Ascon-XOF, Ascon-XOFA (v1.2), messag
     for (int32_t option : {OPT_XOF_ASCON_XOF, OPT_XOF_ASCON_XOFA}) {
         const std::string file = option == OPT_XOF_ASCON_XOF ? "ascon-v1.2/Ascon-XOF_v1.2_LWC_HASH_KAT_256.txt"
                                                              : "ascon-v1.2/Ascon-XOFA_v1.2_LWC_HASH_KAT_256.txt";
-        for (const VectorRecord& r : ReadSet(check, file)) {
-            check.Case();
+        EachRecord(check, file, [&](const VectorRecord& r, const std::string& where) {
             const ByteVec msg = r.Bytes("Msg");
             uint8_t out[32];
             int32_t n = XOF_Bytes(out, 32, Ptr(msg), Size(msg), option);
-            check.Equal(n == 32 ? ToHex(out, 32) : "error " + std::to_string(n), Lower(r.Get("MD")), Where(file, r));
-        }
+            check.Equal(n == 32 ? ToHex(out, 32) : "error " + std::to_string(n), Lower(r.Get("MD")), where);
+        });
     }
 }

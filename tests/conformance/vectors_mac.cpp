@@ -105,26 +105,24 @@ CONFORMANCE_SUITE(Vectors, Hmac, 1636,
                   "examples computed independently (rfc/hmac_sha3_examples.txt)",
                   "MAC_Bytes MAC_HexFromBytes MAC_HexFromHex MAC_Init MAC_AddBytes MAC_Final") {
     const std::string cavp = "nist-cavp/hmac/HMAC.rsp";
-    for (const VectorRecord& r : ReadSet(check, cavp)) {
-        check.Case();
+    EachRecord(check, cavp, [&](const VectorRecord& r, const std::string& where) {
         const std::string l = r.Section("L");
         const int32_t option = l == "20"   ? OPT_HMAC_SHA1
                                : l == "28" ? OPT_HMAC_SHA224
                                : l == "32" ? OPT_HMAC_SHA256
                                : l == "48" ? OPT_HMAC_SHA384
                                            : OPT_HMAC_SHA512;
-        CheckMac(check, option, r.Bytes("Key"), r.Bytes("Msg"), r.Get("Mac"), Where(cavp, r));
-        CheckMacStream(check, option, r.Bytes("Key"), r.Bytes("Msg"), r.Get("Mac"), Where(cavp, r));
-    }
+        CheckMac(check, option, r.Bytes("Key"), r.Bytes("Msg"), r.Get("Mac"), where);
+        CheckMacStream(check, option, r.Bytes("Key"), r.Bytes("Msg"), r.Get("Mac"), where);
+    });
     for (const char* file : {"rfc/rfc2202_hmac_md5_sha1.txt", "rfc/rfc4231_hmac_sha2.txt",
                              "rfc/rfc2286_hmac_rmd160.txt", "rfc/hmac_sha3_examples.txt"}) {
-        for (const VectorRecord& r : ReadSet(check, file)) {
-            check.Case();
+        EachRecord(check, file, [&](const VectorRecord& r, const std::string& where) {
             const int32_t option = HmacOption(r.section.begin()->first);
-            CheckMac(check, option, r.Bytes("KEY"), r.Bytes("DATA"), r.Get("MAC"), Where(file, r));
+            CheckMac(check, option, r.Bytes("KEY"), r.Bytes("DATA"), r.Get("MAC"), where);
             if (option != OPT_HMAC_MD5 && option != OPT_HMAC_RMD160)
-                CheckMacStream(check, option, r.Bytes("KEY"), r.Bytes("DATA"), r.Get("MAC"), Where(file, r));
-        }
+                CheckMacStream(check, option, r.Bytes("KEY"), r.Bytes("DATA"), r.Get("MAC"), where);
+        });
     }
 }
 
@@ -140,27 +138,25 @@ CONFORMANCE_SUITE(Vectors, Cmac, 452, "CMAC over AES-128, AES-192, AES-256 and t
                 {"nist-cavp/cmac/CMACGenAES256.rsp", OPT_CMAC_AES256},
                 {"nist-cavp/cmac/CMACGenTDES3.rsp", OPT_CMAC_TDEA}};
     for (const auto& s : sets) {
-        for (const VectorRecord& r : ReadSet(check, s.file)) {
-            check.Case();
+        EachRecord(check, s.file, [&](const VectorRecord& r, const std::string& where) {
             ByteVec key = r.Bytes("Key"), msg = r.Bytes("Msg");
             for (const char* part : {"Key1", "Key2", "Key3"}) {
                 const ByteVec k = r.Bytes(part);
                 key.insert(key.end(), k.begin(), k.end());
             }
             msg.resize(size_t(r.Int("Mlen")));  // Mlen = 0 comes with Msg = 00
-            CheckMac(check, s.option, key, msg, r.Get("Mac"), Where(s.file, r));
-        }
+            CheckMac(check, s.option, key, msg, r.Get("Mac"), where);
+        });
     }
     const std::string examples = "parsed/cmac_examples_sp800-38b.txt";
-    for (const VectorRecord& r : ReadSet(check, examples)) {
-        check.Case();
+    EachRecord(check, examples, [&](const VectorRecord& r, const std::string& where) {
         const std::string cipher = r.section.begin()->first;
         const int32_t option = cipher == "AES128"   ? OPT_CMAC_AES128
                                : cipher == "AES192" ? OPT_CMAC_AES192
                                : cipher == "AES256" ? OPT_CMAC_AES256
                                                     : OPT_CMAC_TDEA;
-        CheckMac(check, option, r.Bytes("KEY"), r.Bytes("MSG"), r.Get("TAG"), Where(examples, r));
-    }
+        CheckMac(check, option, r.Bytes("KEY"), r.Bytes("MSG"), r.Get("TAG"), where);
+    });
 }
 
 CONFORMANCE_SUITE(Vectors, Poly1305, 12, "Poly1305 one-time authenticator, including the carry and limit cases",
@@ -178,17 +174,16 @@ CONFORMANCE_SUITE(Vectors, Poly1305, 12, "Poly1305 one-time authenticator, inclu
 CONFORMANCE_SUITE(Vectors, Kmac, 6, "KMAC128, KMAC256 with and without a customisation string",
                   "NIST SP 800-185 KMAC samples 1-6 (parsed/kmac_samples_sp800-185.txt)", "PRF_Bytes MAC_Bytes") {
     const std::string file = "parsed/kmac_samples_sp800-185.txt";
-    for (const VectorRecord& r : ReadSet(check, file)) {
-        check.Case();
+    EachRecord(check, file, [&](const VectorRecord& r, const std::string& where) {
         const bool k128 = r.section.count("KMAC128") != 0;
         const ByteVec key = r.Bytes("KEY"), data = r.Bytes("DATA");
         ByteVec out(size_t(r.Int("L") / 8));
         int32_t n = PRF_Bytes(out.data(), Size(out), NonNull(data), Size(data), key.data(), Size(key),
                               r.Get("S").c_str(), k128 ? OPT_KMAC_128 : OPT_KMAC_256);
         check.Equal(n == Size(out) ? ToHex(out) : "error " + std::to_string(n), Lower(r.Get("OUTPUT")),
-                    Where(file, r) + " PRF_Bytes");
+                    where + " PRF_Bytes");
         // The MAC_ numbers are KMAC with no customisation at its own length.
         if (r.Get("S").empty())
-            CheckMac(check, k128 ? OPT_KMAC_128 : OPT_KMAC_256, key, data, r.Get("OUTPUT"), Where(file, r));
-    }
+            CheckMac(check, k128 ? OPT_KMAC_128 : OPT_KMAC_256, key, data, r.Get("OUTPUT"), where);
+    });
 }
