@@ -28,6 +28,12 @@ void Seal(int32_t alg, const ByteVec& aad, const ByteVec& pt, ByteVec* ct, ByteV
               0);
 }
 
+// The whole-message decryption with kKey and a 12-byte kNonce.
+int32_t Open(int32_t alg, ByteVec* out, const ByteVec& ct, const ByteVec& aad, const uint8_t* tag, int32_t tagLength) {
+    return AEAD_Decrypt(out->data(), int32_t(out->size()), ct.data(), int32_t(ct.size()), kKey.data(), KeyLength(alg),
+                        kNonce.data(), 12, Ptr(aad), int32_t(aad.size()), tag, tagLength, alg);
+}
+
 struct Piecewise {
     std::vector<size_t> aadCuts, textCuts;  // piece sizes, repeated until the data ends
 };
@@ -79,18 +85,14 @@ TEST(AeadIncremental, DecryptsInPiecesOnALastingKey) {
 
 TEST(AeadBadTag, WhatOutHoldsByAlgorithm) {
     const ByteVec pt = Pattern(40, 9), aad = Pattern(5, 3);
-    struct Case {
-        int32_t alg;
-        bool prefixed;
-        char expect;  // 'u' untouched, 'p' forged plaintext, 'z' zeros over the plaintext
-    };
-    const Case cases[] = {{OPT_AEAD_AES_128_GCM, false, 'u'}, {OPT_AEAD_AES_256_GCM, true, 'u'},
-                          {OPT_AEAD_CHACHA20_POLY1305, false, 'p'}, {OPT_AEAD_ASCON_128, false, 'z'},
-                          {OPT_AEAD_ASCON_128A, true, 'z'}};
+    // What out holds: 'u' untouched, 'p' forged plaintext, 'z' zeros over the plaintext.
+    struct Case { int32_t alg, keylen, noncelen; bool prefixed; char expect; } cases[] = {
+        {OPT_AEAD_AES_128_GCM, 16, 12, false, 'u'}, {OPT_AEAD_AES_256_GCM, 32, 12, true, 'u'},
+        {OPT_AEAD_CHACHA20_POLY1305, 32, 12, false, 'p'}, {OPT_AEAD_ASCON_128, 16, 16, false, 'z'},
+        {OPT_AEAD_ASCON_128A, 16, 16, true, 'z'}};
     for (const Case& c : cases) {
-        int32_t keylen = c.alg == OPT_AEAD_AES_256_GCM || c.alg == OPT_AEAD_CHACHA20_POLY1305 ? 32 : 16;
-        int32_t noncelen = c.alg >= OPT_AEAD_ASCON_128 && c.alg <= OPT_AEAD_ASCON_128A ? 16 : 12;
-        int32_t options = c.alg | (c.prefixed ? OPT_PREFIX_IV : 0);
+        SCOPED_TRACE(c.alg);
+        const int32_t keylen = c.keylen, noncelen = c.noncelen, options = c.alg | (c.prefixed ? OPT_PREFIX_IV : 0);
         ByteVec sealed(64 + pt.size());
         int32_t n = AEAD_EncryptWithTag(sealed.data(), int32_t(sealed.size()), pt.data(), int32_t(pt.size()),
                                         kKey.data(), keylen, kNonce.data(), noncelen, aad.data(), 5, options);
@@ -100,13 +102,10 @@ TEST(AeadBadTag, WhatOutHoldsByAlgorithm) {
         ByteVec out(pt.size() + 8, 0xcc);
         EXPECT_EQ(AEAD_DecryptWithTag(out.data(), int32_t(out.size()), sealed.data(), n, kKey.data(), keylen,
                                       kNonce.data(), noncelen, aad.data(), 5, options),
-                  -AUTH_FAIL_ERROR)
-            << "alg " << c.alg;
-        ByteVec head(out.begin(), out.begin() + long(pt.size())), tail(out.begin() + long(pt.size()), out.end());
-        EXPECT_EQ(tail, ByteVec(8, 0xcc)) << "alg " << c.alg;  // beyond the plaintext: untouched
-        if (c.expect == 'u') EXPECT_EQ(head, ByteVec(pt.size(), 0xcc)) << "alg " << c.alg;
-        if (c.expect == 'p') EXPECT_EQ(head, pt) << "alg " << c.alg;
-        if (c.expect == 'z') EXPECT_EQ(head, ByteVec(pt.size(), 0)) << "alg " << c.alg;
+                  -AUTH_FAIL_ERROR);
+        ByteVec expected = c.expect == 'p' ? pt : ByteVec(pt.size(), c.expect == 'u' ? 0xcc : 0);
+        expected.resize(out.size(), 0xcc);  // beyond the plaintext: untouched
+        EXPECT_EQ(out, expected);
     }
     // The whole-message pair: the same split between AES-GCM and ChaCha20-Poly1305.
     for (int32_t alg : kIncremental) {
@@ -114,9 +113,7 @@ TEST(AeadBadTag, WhatOutHoldsByAlgorithm) {
         Seal(alg, aad, pt, &ct, &tag);
         ct[0] ^= 1;
         ByteVec out(pt.size(), 0xcc);
-        EXPECT_EQ(AEAD_Decrypt(out.data(), int32_t(out.size()), ct.data(), int32_t(ct.size()), kKey.data(),
-                               KeyLength(alg), kNonce.data(), 12, aad.data(), 5, tag.data(), 16, alg),
-                  -AUTH_FAIL_ERROR);
+        EXPECT_EQ(Open(alg, &out, ct, aad, tag.data(), 16), -AUTH_FAIL_ERROR);
         ByteVec forged = pt;
         forged[0] ^= 1;
         EXPECT_EQ(out, alg == OPT_AEAD_CHACHA20_POLY1305 ? forged : ByteVec(pt.size(), 0xcc));
@@ -143,12 +140,8 @@ TEST(AeadWholeMessage, TagsAndLengths) {
         Seal(alg, aad, pt, &ct, &full);
         ByteVec check = full;
         check[5] ^= 1;  // outside the first four bytes
-        EXPECT_EQ(AEAD_Decrypt(out.data(), 100, ct.data(), 100, kKey.data(), KeyLength(alg), kNonce.data(), 12,
-                               aad.data(), 20, check.data(), 4, alg),
-                  0);
-        EXPECT_EQ(AEAD_Decrypt(out.data(), 100, ct.data(), 100, kKey.data(), KeyLength(alg), kNonce.data(), 12,
-                               aad.data(), 20, check.data(), 6, alg),
-                  -AUTH_FAIL_ERROR);
+        EXPECT_EQ(Open(alg, &out, ct, aad, check.data(), 4), 0);
+        EXPECT_EQ(Open(alg, &out, ct, aad, check.data(), 6), -AUTH_FAIL_ERROR);
     }
     // An empty input gives the tag alone.
     ByteVec only(40, 0xee);
@@ -183,11 +176,7 @@ TEST(AeadStateMachine, SequenceRules) {
         int32_t h = AEAD_InitKey(kKey.data(), KeyLength(alg), alg);
         ASSERT_GT(h, 0);
         // Failed calls leave the state as it was; the sweep covers each refusal alone.
-        struct Step {
-            const char* what;
-            std::function<int32_t()> call;
-            int32_t expected;
-        };
+        struct Step { const char* what; std::function<int32_t()> call; int32_t expected; };
         const std::vector<Step> steps = {
             {"start before nonce", [&] { return AEAD_StartEncrypt(h); }, -MISUSE_ERROR},
             {"finish before start", [&] { return AEAD_FinishDecrypt(h); }, -MISUSE_ERROR},

@@ -29,11 +29,9 @@ ByteVec KeyFor(Cipher c) { return Pattern(c == Cipher::Aes128 ? 16 : c == Cipher
 }  // namespace
 
 TEST(BlockFamilies, DesCheckKey) {
-    const ByteVec good = FromHex("0123456789abcdef");
     const ByteVec twoEqual = FromHex("0123456789abcdef0123456789abcdef");
     const ByteVec thirdWeak = FromHex("0123456789abcdef0123456789abcdefE0FEE0FEF1FEF1FE");
     EXPECT_EQ(DES_CheckKey(FromHex("1E001E000F010F01").data(), 8), WEAK_KEY_ERROR);  // semi-weak, parity flipped
-    EXPECT_EQ(DES_CheckKey(good.data(), 8), 0);
     EXPECT_EQ(DES_CheckKey(thirdWeak.data(), 24), WEAK_KEY_ERROR);
     EXPECT_EQ(DES_CheckKey(twoEqual.data(), 16), 0);  // K1 = K2 is not weak
     EXPECT_EQ(DES_CheckKey(thirdWeak.data(), 12), BAD_KEY_LEN_ERROR);
@@ -76,11 +74,8 @@ TEST(BlockFamilies, HandlesAndInitStatus) {
     EXPECT_EQ(DES_Final(h2), 0);
     EXPECT_EQ(DES_InitError(), 0);
     EXPECT_EQ(DES_Final(h2), INVALID_HANDLE_ERROR);
-}
-
-// DES_InitHex reports a missing argument in the TDEA slot and leaves its own
-// status and the latch clear.
-TEST(BlockFamilies, InitHexReportsMissingArgumentsInTdeaSlot) {
+    // DES_InitHex reports a missing argument in the TDEA slot and leaves its
+    // own status and the latch clear.
     ASSERT_NE(DES_InitHex("0123456789abcdef", 1, "ECB", nullptr), 0);
     EXPECT_EQ(DES_InitHex("0123456789abcdef", 1, "CBC", nullptr), 0);
     EXPECT_EQ(TDEA_InitError(), BAD_IV_ERROR);
@@ -91,29 +86,18 @@ TEST(BlockFamilies, InitHexReportsMissingArgumentsInTdeaSlot) {
     EXPECT_EQ(DES_InitError(), BAD_IV_ERROR);
 }
 
-// Each call starts on a block boundary: whole-block pieces equal one call, a
-// part block loses the rest of its keystream block.
-TEST(BlockFamilies, SplitCallsAndPartBlocks) {
-    ByteVec data(48);
-    for (size_t i = 0; i < data.size(); ++i) data[i] = uint8_t(i * 7);
-    const ByteVec key(g_key, g_key + 16), iv(16, 0x5a);
+// Each call starts on a block boundary, so a part block loses the rest of its
+// keystream block; whole-block pieces are compared with the reference elsewhere.
+TEST(BlockFamilies, PartBlockLosesItsKeystream) {
+    const ByteVec data = Pattern(48), key(g_key, g_key + 16), iv(16, 0x5a);
     const std::string whole = Crypt(Cipher::Aes128, data, key, 1, "CTR", iv);
-    for (const auto& cuts : std::vector<std::vector<int>>{{16, 32}, {32, 16}, {16, 16, 16}, {20, 12, 16}}) {
-        ByteVec buf = data;
-        const int32_t h = AES128_Init(key.data(), 1, "CTR", iv.data());
-        int off = 0;
-        for (int n : cuts) {
-            ASSERT_EQ(AES128_Update(h, buf.data() + off, n), 0);
-            off += n;
-        }
-        AES128_Final(h);
-        if (cuts[0] % 16 == 0) {
-            EXPECT_EQ(UpperHex(buf), whole);
-        } else {
-            EXPECT_EQ(UpperHex(buf).substr(0, 40), whole.substr(0, 40));
-            EXPECT_NE(UpperHex(buf).substr(40, 2), whole.substr(40, 2));
-        }
-    }
+    ByteVec buf = data;
+    const int32_t h = AES128_Init(key.data(), 1, "CTR", iv.data());
+    ASSERT_EQ(AES128_Update(h, buf.data(), 20), 0);
+    ASSERT_EQ(AES128_Update(h, buf.data() + 20, 28), 0);
+    AES128_Final(h);
+    EXPECT_EQ(UpperHex(buf).substr(0, 40), whole.substr(0, 40));
+    EXPECT_NE(UpperHex(buf).substr(40, 2), whole.substr(40, 2));
 }
 
 TEST(BlockFamilies, HexUpdateRewritesInPlace) {
@@ -162,17 +146,16 @@ TEST(BlockFamilies, BlfEcbOnLiveContext) {
 
 namespace fs = std::filesystem;
 
-// Every mode, with and without the IV prefix, at sizes around the block and
-// the 4096-byte chunk: the file is the prefix and the one-shot ciphertext of
-// the PKCS#5-padded data (ECB, CBC) or of the data, and decrypts back.
+// Every mode, with and without the IV prefix, at the 4096-byte chunk edges and
+// odd sizes (the reference runs take many more): the file is the prefix and the
+// one-shot ciphertext of the PKCS#5-padded data (ECB, CBC) or of the data, and
+// decrypts back.
 TEST_F(BlockFiles, LayoutAndRoundTrip) {
     const char* modes[] = {"ECB", "CBC", "CFB", "OFB", "CTR"};
     for (Cipher c : {Cipher::Aes128, Cipher::Des, Cipher::Tdea, Cipher::Blf}) {
         const int b = BlockSize(c);
         const ByteVec key = KeyFor(c), iv(size_t(b), 0x3c), wrongIv(size_t(b), 0x99);
-        const std::vector<size_t> sizes =
-            b == 16 ? std::vector<size_t>{0, 1, 15, 16, 4095, 4096, 4097, 3 * 4096 + 5} : std::vector<size_t>{0, 7, 8, 4096, 4097};
-        for (size_t size : sizes) {
+        for (size_t size : {0u, 17u, 4095u, 4096u, 4097u}) {
             const ByteVec plain = Pattern(size);
             dir_.Write("plain", plain);
             for (int m = 0; m < 5; ++m) {
@@ -240,12 +223,7 @@ TEST_F(BlockFiles, FailuresLeaveNoOutput) {
     ASSERT_EQ(AES128_File(Path("cipher").c_str(), Path("plain").c_str(), key.data(), 1, "CBC", iv.data()), 0);
     const std::string out = Path("out");
     const std::string plain = Path("plain"), cipher = Path("cipher");
-    struct Case {
-        const char* what;
-        std::function<int32_t()> call;
-        int32_t code;
-        bool outputKept;
-    };
+    struct Case { const char* what; std::function<int32_t()> call; int32_t code; bool outputKept; };
     const std::vector<Case> cases = {
         {"null output name", [&] { return AES128_File(nullptr, plain.c_str(), key.data(), 1, "ECB", nullptr); }, BAD_PARAM_ERROR, true},
         {"same names", [&] { return AES128_File(out.c_str(), out.c_str(), key.data(), 1, "ECB", nullptr); }, DUP_ERROR, true},
@@ -290,8 +268,8 @@ TEST_F(BlockFiles, EveryFamilyFormsAgree) {
     const int32_t keyLength[] = {16, 24, 32, 8, 24, 16};
     for (Cipher c : {Cipher::Aes128, Cipher::Aes192, Cipher::Aes256, Cipher::Des, Cipher::Tdea, Cipher::Blf}) {
         const int bs = BlockSize(c);
-        ByteVec key = Pattern(size_t(keyLength[int(c)])), iv = Pattern(size_t(bs)), data = Pattern(size_t(3 * bs));
-        for (auto& b : key) b ^= 0x5c;
+        const ByteVec key = Pattern(size_t(keyLength[int(c)]), 0x5c), iv = Pattern(size_t(bs));
+        const ByteVec data = Pattern(size_t(3 * bs));
         const std::string hexKey = ToHex(key), hexIv = ToHex(iv);
         const auto b64 = [](const ByteVec& v) {
             std::string s(v.size() * 4 / 3 + 4, '\0');

@@ -24,6 +24,7 @@ const CipherKind kCiphers[] = {{"tdea", OPT_CIPHER_TDEA, 8, 24, Cipher::Tdea},
                                {"aes256", OPT_CIPHER_AES256, 16, 32, Cipher::Aes256}};
 
 using CryptFn = decltype(&CIPHER_EncryptBytes);
+struct CallCase { const char* what; std::function<int32_t()> call; int32_t expected; };
 const ByteVec kKey = Pattern(16, 0x40), kIv = Pattern(16, 0x90), kData = Pattern(32);
 
 // A size query, then the call into a buffer of that size: the bytes, or the
@@ -108,11 +109,7 @@ TEST(CipherBytes, FailureTable) {
     auto D = [&](const uint8_t* input, int32_t n, const char* text, int32_t opt, int32_t ol = 64) {
         return CIPHER_DecryptBytes(out.data(), ol, input, n, kKey.data(), 16, kIv.data(), 16, text, opt);
     };
-    const struct {
-        const char* what;
-        std::function<int32_t()> call;
-        int32_t expected;
-    } cases[] = {
+    const CallCase cases[] = {
         {"mode before padding", [&] { return E("aes128/pkcs5", 0); }, -BAD_PARAM_ERROR},
         {"key length, prefix", [&] { return CIPHER_DecryptBytes(out.data(), 64, in, 32, key, 16, none, 0, "tdea/cbc", OPT_PREFIX_IV); }, -BAD_KEY_LEN_ERROR},
         {"IV length", [&] { return E("aes128/ctr", 0, 16, 8); }, -BAD_IV_LEN_ERROR},
@@ -218,12 +215,7 @@ TEST(CipherStateful, ContextLifeAndInitFailures) {
     const ByteVec key = Pattern(16), iv = Pattern(16, 3);
     const std::string keyHex = ToHex(key), ivHex = ToHex(iv), oddKey = keyHex + "0";
     ByteVec buf(16);
-    const struct {
-        const char* what;
-        std::function<int32_t()> init;
-        int32_t latch;
-        bool earlierAlive;
-    } cases[] = {
+    const struct { const char* what; std::function<int32_t()> init; int32_t latch; bool earlierAlive; } cases[] = {
         {"no key text", [&] { return CIPHER_InitHex(1, "aes128/cbc", "", ivHex.c_str(), 0); }, BAD_PARAM_ERROR, true},
         {"IV not hex", [&] { return CIPHER_InitHex(1, "aes128/cbc", keyHex.c_str(), "0x", 0); }, INVALID_DATA_ERROR, true},
         {"odd key digits", [&] { return CIPHER_InitHex(1, "aes128/cbc", oddKey.c_str(), ivHex.c_str(), 0); }, BAD_KEY_LEN_ERROR, false},
@@ -288,11 +280,7 @@ TEST(KeyWrap, TamperingFailsWithMinusOne) {
 TEST(KeyWrap, ResultCodes) {
     const ByteVec k16 = Pattern(16), k24 = Pattern(24), data = Pattern(40);
     ByteVec out(64);
-    const struct {
-        const char* what;
-        std::function<int32_t()> call;
-        int32_t expected;
-    } cases[] = {
+    const CallCase cases[] = {
         {"KEK length", [&] { return CIPHER_KeyWrap(out.data(), 64, data.data(), 16, k16.data(), 16, OPT_CIPHER_AES192); }, -BAD_KEY_LEN_ERROR},
         {"other bits play no part", [&] { return CIPHER_KeyWrap(out.data(), 64, data.data(), 16, k16.data(), 16, 0x20 | 0x100 | 0x1000); }, 24},
         {"AES: query", [&] { return CIPHER_KeyWrap(out.data(), 0, data.data(), 32, k16.data(), 16, OPT_CIPHER_AES128); }, 40},

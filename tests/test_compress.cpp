@@ -86,12 +86,7 @@ TEST(Compress, CorruptTruncatedAndHostileStreams) {
     zstdJunk.insert(zstdJunk.end(), {0xDE, 0xAD, 0xBE, 0xEF, 0});
     // Hand-made zstd frames: magic 28b52ffd, header, blocks. 190000616263 is a
     // last raw block "abc"; 02001078 a 128 KiB run of 'x' (03001078 if last).
-    struct Case {
-        const char* what;
-        int32_t format;
-        ByteVector input;
-        int32_t expected;
-    } cases[] = {
+    struct Case { const char* what; int32_t format; ByteVector input; int32_t expected; } cases[] = {
         {"zlib bad checksum", kZlib, badSum, -INVALID_DATA_ERROR},
         {"zlib preset dictionary", kZlib, FromHex("78bb00000001"), -INVALID_DATA_ERROR},
         {"zstd empty", kZstd, {}, -BAD_FORMAT_ERROR},

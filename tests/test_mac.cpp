@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 
-#include <cctype>
 #include <cstdlib>
 #include <string>
 #include <vector>
@@ -28,35 +27,16 @@ std::string HexFromHex(const std::string& msgHex, const std::string& keyHex, int
 
 const Vec kPolyKey = FromHex("85d6be7857556d337f4452fe42d506a80103808afb0db2fd4abff6af4149f51b");
 const int32_t kStreaming[] = {0, 3, 4, 5, 6, 10, 11, 12, 13};
-
-
-std::string Upper(std::string s) {
-    for (char& c : s) c = char(std::toupper(static_cast<unsigned char>(c)));
-    return s;
-}
-
-// The key through the bytes form, checked against the hex form.
-std::string Kdf2(const std::string& password, const Vec& salt, int32_t iterations, size_t length, int32_t options) {
-    Vec key(length);
-    EXPECT_EQ(PBE_Kdf2(key.data(), int32_t(length), Bytes(password), Len(password), salt.data(), int32_t(salt.size()),
-                       iterations, options), 0);
-    std::string hex(2 * length + 1, 'x');
-    EXPECT_EQ(PBE_Kdf2Hex(hex.data(), int32_t(2 * length), int32_t(length), password.c_str(), ToHex(salt).c_str(),
-                          iterations, options), 0);
-    EXPECT_EQ(hex.c_str(), Upper(ToHex(key))) << "upper case, unlike the MAC_ hex";
-    return ToHex(key);
-}
 }  // namespace
 
 TEST(MacBytes, OptionTable) {
     // With no output buffer: the code length, or the failure.
+    // Full-length codes are compared with the reference elsewhere; here the
+    // bits that count, the refused numbers and the key-length rules.
     struct Case { int32_t options, keyLength, result; } cases[] = {
-        {0, 16, 20}, {1, 16, 16}, {2, 16, -17}, {3, 16, 32}, {4, 16, 48}, {5, 16, 64}, {6, 16, 28}, {7, 16, 20},
-        {8, 16, -17}, {9, 16, -17}, {10, 16, 28}, {13, 16, 64}, {14, 16, -17}, {15, 16, -17}, {0x13, 16, 32},
-        {0x10003, 16, 32}, {0xF0, 0, 20}, {0x200, 32, 16}, {0x200, 24, -33}, {0x1200, 32, 16}, {0x201, 16, 32},
-        {0x202, 0, 64}, {0x203, 16, -17}, {0x2FF, 16, -17},
-        {0x100, 24, 8}, {0x100, 16, -33}, {0x101, 16, 16}, {0x101, 24, -33}, {0x102, 24, 16}, {0x103, 32, 16},
-        {0x103, 16, -33}, {0x104, 16, -17}, {0x1FF, 16, -17}, {0x301, 16, -17}, {0x10101, 16, 16}};
+        {1, 16, 16}, {2, 16, -17}, {8, 16, -17}, {15, 16, -17}, {0x13, 16, 32}, {0x10003, 16, 32}, {0xF0, 0, 20},
+        {0x200, 32, 16}, {0x1200, 32, 16}, {0x201, 16, 32}, {0x202, 0, 64}, {0x203, 16, -17}, {0x100, 24, 8},
+        {0x100, 16, -33}, {0x102, 24, 16}, {0x103, 32, 16}, {0x1FF, 16, -17}, {0x301, 16, -17}, {0x10101, 16, 16}};
     const Vec key(32, 0x42);
     for (const Case& c : cases) {
         EXPECT_EQ(MAC_Bytes(nullptr, 0, Bytes("abc"), 3, key.data(), c.keyLength, c.options), c.result) << std::hex << c.options;
@@ -85,10 +65,9 @@ TEST(MacBytes, ArgumentChecksComeFirst) {
     uint8_t out[64];
     const uint8_t *m = Bytes("abc"), *k = Bytes("key");
     struct Case { uint8_t* out; int32_t outLen; const uint8_t* msg; int32_t msgLen; const uint8_t* key; int32_t keyLen, options, result; };
-    const Case cases[] = {
-        // Before the option and the key length are looked at.
+    const Case cases[] = {  // before the option and the key length are looked at
         {out, 64, nullptr, 1, k, 3, 2, -6}, {out, 64, m, 3, nullptr, 0, 0x200, -6}, {out, 64, m, 3, nullptr, 0, 0x104, -6},
-        {out, -5, m, 3, k, 3, 0x201, -6}, {nullptr, -1, m, 3, k, 3, 0, -6}};
+        {nullptr, -1, m, 3, k, 3, 0x201, -6}};
     for (const Case& c : cases) {
         EXPECT_EQ(MAC_Bytes(c.out, c.outLen, c.msg, c.msgLen, c.key, c.keyLen, c.options), c.result) << &c - cases;
         if (c.outLen >= 0)  // the hex form does not range-check outputLength
@@ -118,14 +97,12 @@ TEST(MacHex, CutsToWholeBytesAndKeepsTheBadNibbleQuirk) {
 TEST(MacHex, HexInputChecks) {
     const std::string poly = ToHex(kPolyKey);
     struct Case { const char* msgHex; const char* keyHex; int32_t options, result; } cases[] = {
-        {"", "", 0x101, -33},
-        {"", "zz", 0, -7}, {"", "00 11", 0, -7}, {"abc", "0011", 0, -7}, {"0g", "0011", 0x100, -7}, {"", "0011", 0, 40},
+        {"", "00 11", 0, -7}, {"abc", "0011", 0, -7}, {"", "0011", 0, 40},
         {"", "00112233445566778899aabbccddeeff00", 0x101, -33}, {"", "0011", 0x104, -17},
         // KMAC takes the empty key; other numbers beside 0x200 fail before decoding.
-        {"", "", 0x201, 64}, {"", "", 0x202, 128}, {"", "a", 0x201, -7}, {"xy", "", 0x201, -7}, {"xy", "q", 0x203, -17},
+        {"", "", 0x201, 64}, {"xy", "", 0x201, -7}, {"xy", "q", 0x203, -17},
         // Poly1305: key length, then format, then the message.
-        {"", "", 0x200, -33}, {"", "0g", 0x200, -7}, {"", "00112233", 0x200, -33}, {"0", poly.c_str(), 0x200, -7},
-        {"", poly.c_str(), 0x200, 32}};
+        {"", "", 0x200, -33}, {"", "0g", 0x200, -7}, {"0", poly.c_str(), 0x200, -7}, {"", poly.c_str(), 0x200, 32}};
     for (const Case& c : cases) {
         char out[300];
         EXPECT_EQ(MAC_HexFromHex(out, 256, c.msgHex, c.keyHex, c.options), c.result) << &c - cases;
@@ -177,12 +154,11 @@ TEST(XofPrf, XofChecksInOrder) {
     uint8_t out[8];
     const uint8_t* m = Bytes("abc");
     struct Case { uint8_t* out; int32_t outLen; const uint8_t* msg; int32_t msgLen, options, result; } cases[] = {
-        {out, 8, nullptr, 1, 0x999, -6}, {out, 8, nullptr, 0, 0x204, 8}, {out, 0, m, 3, 0x203, 0}, {out, 0, m, 3, 0x20A, 0},
+        {out, 8, nullptr, 1, 0x999, -6}, {out, 8, nullptr, 0, 0x204, 8}, {out, 0, m, 3, 0x20A, 0},
         // MGF1 refuses an empty output before it looks at the digest.
-        {out, 0, m, 3, 0x211, -6}, {out, 8, m, 3, 0x217, -17},
-        {out, 8, m, 3, 0x21A, -17}, {out, 8, m, 3, 0x21F, -17}, {out, 8, nullptr, 0, 0x210, 8},
-        {out, 8, m, 3, 0x201, -17}, {out, 8, m, 3, 0x205, -17}, {out, 8, m, 3, 0x20C, -17}, {out, 8, m, 3, 0x003, -17},
-        {out, 8, m, 3, 0x1203, 8}};
+        {out, 0, m, 3, 0x211, -6}, {out, 8, m, 3, 0x217, -17}, {out, 8, m, 3, 0x21F, -17},
+        {out, 8, nullptr, 0, 0x210, 8}, {out, 8, m, 3, 0x201, -17}, {out, 8, m, 3, 0x20C, -17},
+        {out, 8, m, 3, 0x003, -17}, {out, 8, m, 3, 0x1203, 8}};
     for (const Case& c : cases) {
         EXPECT_EQ(XOF_Bytes(c.out, c.outLen, c.msg, c.msgLen, c.options), c.result) << &c - cases;
         EXPECT_EQ(API_ErrorCode(), std::abs(c.result)) << "every result is latched";
@@ -195,9 +171,8 @@ TEST(XofPrf, PrfChecksInOrder) {
     struct Case { uint8_t* out; int32_t outLen; const uint8_t* msg; int32_t msgLen; const uint8_t* key; int32_t keyLen; const char* custom; int32_t options, result; };
     const Case cases[] = {
         // Unlike XOF_Bytes, a null message is refused with length 0 too.
-        {out, 8, nullptr, 0, k, 3, "", 0x201, -6}, {out, 8, nullptr, 0, k, 3, "", 0x203, -6}, {out, 8, m, -1, k, 3, "", 0x201, -6},
-        {out, 8, nullptr, 0, k, 3, "", 0x200, -6}, {out, 8, m, 3, k, 3, "", 0x200, -17}, {out, 8, m, 3, k, 3, "", 0x205, -17},
-        {out, 8, m, 3, k, 3, "", 0x210, -17}, {out, 0, m, 3, k, 3, "", 0x202, 0}, {out, 0, m, 3, k, 3, "", 0x204, 0},
+        {out, 8, nullptr, 0, k, 3, "", 0x203, -6}, {out, 8, nullptr, 0, k, 3, "", 0x200, -6},
+        {out, 8, m, 3, k, 3, "", 0x200, -17}, {out, 8, m, 3, k, 3, "", 0x210, -17}, {out, 0, m, 3, k, 3, "", 0x204, 0},
         {out, 8, m, 0, nullptr, 0, "", 0x201, 8}, {out, 8, m, 3, nullptr, 0, nullptr, 0x203, 8}};
     for (const Case& c : cases) {
         EXPECT_EQ(PRF_Bytes(c.out, c.outLen, c.msg, c.msgLen, c.key, c.keyLen, c.custom, c.options), c.result) << &c - cases;
@@ -213,7 +188,7 @@ TEST(Pbe, Kdf2ResultCodesArePositive) {
         {out, 0, nullptr, 0, s, 4, 1, 0, 14},  // pointers before lengths
         {out, 20, p, 0, s, 4, 1, 0, 6}, {out, 20, p, 2, s, 0, 1, 0, 6},
         // SHA-1 and SHA-2 only; others are a bad parameter, not a bad flag.
-        {out, 20, p, 2, s, 4, 1, 2, 6}, {out, 20, p, 2, s, 4, 1, 7, 6}, {out, 20, p, 2, s, 4, 1, 0x13, 0}};
+        {out, 20, p, 2, s, 4, 1, 2, 6}, {out, 20, p, 2, s, 4, 1, 0x13, 0}};
     for (const Case& c : cases) {
         std::fill(std::begin(out), std::end(out), 0xEE);
         EXPECT_EQ(PBE_Kdf2(c.key, c.keyLen, c.pw, c.pwLen, c.salt, c.saltLen, c.iterations, c.options), c.result) << &c - cases;
@@ -221,7 +196,10 @@ TEST(Pbe, Kdf2ResultCodesArePositive) {
         if (c.result != 0) EXPECT_EQ(out[0], 0xEE) << "nothing written on a screening failure";
     }
     // 0x13 acts as SHA-256; a one-byte key is the first byte of a whole block.
-    EXPECT_EQ(Kdf2("p", {'s'}, 3, 1, OPT_HASH_SHA256), Kdf2("p", {'s'}, 3, 32, 0x13).substr(0, 2));
+    uint8_t full[32];
+    ASSERT_EQ(PBE_Kdf2(out, 1, p, 1, s, 1, 3, OPT_HASH_SHA256), 0);
+    ASSERT_EQ(PBE_Kdf2(full, 32, p, 1, s, 1, 3, 0x13), 0);
+    EXPECT_EQ(out[0], full[0]);
 }
 
 TEST(Pbe, ScryptResultCodesAreNegative) {
@@ -232,9 +210,8 @@ TEST(Pbe, ScryptResultCodesAreNegative) {
         {out, 0, nullptr, 2, s, 4, 16, 1, 1, -14},  // pointers before lengths
         {out, 16, p, 2, s, 4, 16, 0, 1, -6}, {out, 16, p, 2, s, 4, 16, 1, 0, -6}, {out, 0, p, 2, s, 4, 3, 0, 1, -6},
         // Ranges, read unsigned.
-        {out, 16, p, 2, s, 4, 24, 1, 1, -11}, {out, 16, p, 2, s, 4, -16, 1, 1, -11},
-        {out, 16, p, 2, s, 4, 16, 0x2000000, 1, -11}, {out, 16, p, 2, s, 4, 16, 8, 0x8000000, -11},
-        {out, 16, p, 2, s, 4, 0x1000000, 2, 1, -11}, {out, 16, p, 0, s, 0, 2, 1, 1, 0}};
+        {out, 16, p, 2, s, 4, -16, 1, 1, -11}, {out, 16, p, 2, s, 4, 16, 0x2000000, 1, -11},
+        {out, 16, p, 2, s, 4, 16, 8, 0x8000000, -11}, {out, 16, p, 0, s, 0, 2, 1, 1, 0}};
     for (const Case& c : cases) {
         std::fill(std::begin(out), std::end(out), 0xEE);
         EXPECT_EQ(PBE_Scrypt(c.key, c.keyLen, c.pw, c.pwLen, c.salt, c.saltLen, c.n, c.r, c.par, 0), c.result) << &c - cases;
@@ -248,9 +225,7 @@ TEST(Pbe, HexForms) {
     struct Case { int32_t hexLen, keyLen; const char* pw; const char* saltHex; int32_t count, kdf2, scrypt; } cases[] = {
         {32, 0, "pw", "00", 16, 6, -6}, {32, 16, "pw", "00", 0, 6, -6},
         // The salt: loose decoding that must use every digit.
-        {32, 16, "pw", "abc", 16, 7, -7}, {32, 16, "pw", "zz", 16, 7, -7},
-        {32, 16, "pw", "0g", 3, 7, -7}, {32, 16, "pw", "00", 3, 0, -11},
-        {32, 16, "", "", 16, 0, 0}, {33, 16, "pw", "ABcd", 16, 0, 0}};
+        {32, 16, "pw", "zz", 16, 7, -7}, {32, 16, "pw", "0g", 3, 7, -7}, {33, 16, "pw", "ABcd", 16, 0, 0}};
     for (const Case& c : cases) {
         char a[40] = "untouched", b[40] = "untouched";
         EXPECT_EQ(PBE_Kdf2Hex(a, c.hexLen, c.keyLen, c.pw, c.saltHex, c.count, 0), c.kdf2) << &c - cases;

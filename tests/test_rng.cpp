@@ -18,12 +18,9 @@ bool IsUpperHex(const std::string& s) { return s.find_first_not_of("0123456789AB
 }  // namespace
 
 TEST(RngDrbgvs, SizesBoundsAndOrder) {
-    struct Case {
-        int32_t bits, outputLength;
-        bool realOutput;
-        int32_t result;
-    } cases[] = {{2048, 0, false, 512}, {2048, 0, true, 512},  {1, 10, true, 2},   {12, 10, true, 4},
-                 {2048, 10, true, 10},  {524289, 0, false, -211}};
+    struct Case { int32_t bits, outputLength; bool realOutput; int32_t result; } cases[] = {
+        {2048, 0, false, 512}, {2048, 0, true, 512}, {1, 10, true, 2}, {12, 10, true, 4}, {2048, 10, true, 10},
+        {524289, 0, false, -211}};
     for (const auto& c : cases) {
         char out[64] = "untouched";
         int32_t n = RNG_TestDRBGVS(c.realOutput ? out : nullptr, c.outputLength, c.bits, "00", "01", nullptr, nullptr,
@@ -63,9 +60,8 @@ TEST(RngCalls, HexCuttingAndEmptyRequests) {
 }
 
 TEST(RngNumber, StaysInBoundsAndEmptyRangesDrawNothing) {
-    struct Case {
-        int32_t lower, upper;
-    } cases[] = {{0, 1}, {-3, 3}, {INT_MAX - 1, INT_MAX}, {INT_MIN, INT_MIN + 2}, {0, INT_MAX}, {INT_MIN, INT_MAX}};
+    struct Case { int32_t lower, upper; } cases[] = {
+        {0, 1}, {-3, 3}, {INT_MAX - 1, INT_MAX}, {INT_MIN, INT_MIN + 2}, {0, INT_MAX}, {INT_MIN, INT_MAX}};
     for (const auto& c : cases) {
         std::set<int32_t> seen;
         for (int i = 0; i < 300; ++i) {
@@ -97,14 +93,9 @@ TEST(RngSeedFile, EdgeCases) {
     EXPECT_EQ(info.st_mode & 0777, 0600u);
     ASSERT_EQ(mkfifo(fifo.c_str(), 0600), 0);
     const std::string tail(72, 't');
-    struct Case {
-        const char* name;
-        bool write;  // write `before` first
-        std::string before;
-        bool initialize;  // RNG_Initialize creates a missing file
-        int32_t result;
-        size_t sizeAfter;
-    } cases[] = {
+    // write: `before` is written first; initialize: RNG_Initialize, which creates a missing file.
+    struct Case { const char* name; bool write; std::string before; bool initialize; int32_t result; size_t after; };
+    const Case cases[] = {
         {"made", false, "", false, 0, 128},
         {"short", true, "0123456789", false, 0, 128},
         {"long", true, std::string(128, 'L') + tail, false, 0, 200},
@@ -126,9 +117,9 @@ TEST(RngSeedFile, EdgeCases) {
             continue;
         }
         const std::string after = ReadWholeFile(path);
-        EXPECT_EQ(after.size(), c.sizeAfter) << c.name;
+        EXPECT_EQ(after.size(), c.after) << c.name;
         EXPECT_NE(after.substr(0, 128), before.substr(0, 128)) << c.name;
-        if (c.sizeAfter == 200) EXPECT_EQ(after.substr(128), tail);  // bytes beyond the seed stay
+        if (c.after == 200) EXPECT_EQ(after.substr(128), tail);  // bytes beyond the seed stay
     }
     EXPECT_EQ(RNG_UpdateSeedFile(dir.path.c_str(), 0), -PRNG_ERR_FILE_OPEN);
 }
@@ -138,13 +129,8 @@ TEST(RngPrompt, PipedAndClosedInput) {
     std::string alternating, sameKey(5000, 'x');
     for (int i = 0; i < 250; ++i) alternating += "ab";
     const char* kDefault = "Please hit random keys then Enter until you reach 100%:\n";
-    struct Case {
-        const std::string* input;
-        const char* prompt;
-        int32_t options;
-        size_t progressLines;
-        const char* start;
-    } cases[] = {
+    struct Case { const std::string* input; const char* prompt; int32_t options; size_t lines; const char* start; };
+    const Case cases[] = {
         {&alternating, "Type now:", 0, 150, "Type now:\n\r0%"},
         {&alternating, "Type now:", 1, 171, "Type now:\n\r0%"},
         {&alternating, nullptr, 3 | OPT_RNG_NO_PROMPT, 342, kDefault},
@@ -159,7 +145,7 @@ TEST(RngPrompt, PipedAndClosedInput) {
         });
         EXPECT_EQ(r.exitStatus, 0) << r.console.substr(0, 200);
         EXPECT_EQ(r.console.rfind(c.start, 0), 0u) << r.console.substr(0, 40);
-        EXPECT_EQ(size_t(std::count(r.console.begin(), r.console.end(), '\r')), c.progressLines) << c.options;
+        EXPECT_EQ(size_t(std::count(r.console.begin(), r.console.end(), '\r')), c.lines) << c.options;
         EXPECT_EQ(r.console.find("\r100%"), std::string::npos);
         EXPECT_EQ(r.console.back(), '\n');
     }
