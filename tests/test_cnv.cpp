@@ -1,10 +1,8 @@
 // Hex and Base64 conversion, UTF-8 and path names, and PAD_: cut rules,
 // queries, the loose decoders and the size rules of each call.
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <cstring>
-#include <fstream>
 #include <string>
 #include <vector>
 
@@ -123,11 +121,9 @@ TEST(CnvUtf8, EncodesMeasuresAndRefuses) {
 }
 
 TEST(CnvShortPath, ExistingPathsComeBackInUtf8) {
-    char dirName[] = "/tmp/verimond_pathXXXXXX";
-    ASSERT_NE(mkdtemp(dirName), nullptr);
-    std::string dir = dirName, plain = dir + "/file.txt", accented = dir + "/caf\xE9";
-    std::string accentedUtf8 = dir + "/caf\xC3\xA9";
-    for (const std::string& p : {plain, accentedUtf8}) std::ofstream(p) << "x";
+    const TempDir tmp;
+    const std::string dir = tmp.path, plain = tmp.Write("file.txt", "x"), accented = dir + "/caf\xE9";
+    const std::string accentedUtf8 = tmp.Write("caf\xC3\xA9", "x");
 
     ASSERT_EQ(WIPE_Data(nullptr, 1), NULL_ERROR);
     for (const auto& [latin1, utf8] : {std::pair{plain, plain}, std::pair{accented, accentedUtf8}, std::pair{dir, dir}}) {
@@ -150,9 +146,6 @@ TEST(CnvShortPath, ExistingPathsComeBackInUtf8) {
         EXPECT_EQ(CNV_ShortPathName(nullptr, 0, path.data()), expected);
     }
     EXPECT_EQ(API_ErrorCode(), NULL_ERROR);
-    unlink(plain.c_str());
-    unlink(accentedUtf8.c_str());
-    rmdir(dirName);
 }
 
 TEST(Pad, BytesBlock) {

@@ -109,8 +109,7 @@ TEST(HashHex, OutputRules) {
     struct Case { int32_t outputLength, bytesResult, bitsResult; size_t bytesDigits, bitsDigits; };  // 99: untouched
     // The byte call compares the length unsigned (a negative one writes the
     // whole digest); the bit call tests it signed (0 or less asks the size).
-    const Case cases[] = {{64, 64, 64, 64, 64}, {100, 64, 64, 64, 64}, {40, 40, 40, 40, 40}, {41, 40, 40, 40, 40},
-                          {1, 0, 0, 0, 0},      {0, 64, 64, 99, 99},   {-1, 64, 64, 64, 99}};
+    const Case cases[] = {{100, 64, 64, 64, 64}, {41, 40, 40, 40, 40}, {0, 64, 64, 99, 99}, {-1, 64, 64, 64, 99}};
     for (const Case& c : cases) {
         char out[130];
         std::strcpy(out, "untouched");
