@@ -200,26 +200,24 @@ TEST_F(BlockFiles, LayoutAndRoundTrip) {
 TEST_F(BlockFiles, PaddingOptions) {
     const ByteVec key = KeyFor(Cipher::Aes128), iv(16, 1), plain = Pattern(20);
     dir_.Write("plain", plain);
+    const auto ext = [&](const char* out, const char* in, int32_t dir, int32_t options) {
+        return AES128_FileExt(Path(out).c_str(), Path(in).c_str(), key.data(), dir, "CBC", iv.data(), options);
+    };
     // OPT_PAD_NONE still pads on encryption, as PKCS#5.
-    ASSERT_EQ(AES128_FileExt(Path("enc").c_str(), Path("plain").c_str(), key.data(), 1, "CBC", iv.data(), OPT_PAD_NONE), 0);
+    ASSERT_EQ(ext("enc", "plain", 1, OPT_PAD_NONE), 0);
     ASSERT_EQ(AES128_File(Path("dec").c_str(), Path("enc").c_str(), key.data(), 0, "CBC", iv.data()), 0);
     EXPECT_EQ(ReadBytes(Path("dec")), plain);
-    ASSERT_EQ(AES128_FileExt(Path("enc").c_str(), Path("plain").c_str(), key.data(), 1, "CBC", iv.data(),
-                             OPT_PAD_ONEANDZEROES),
-              0);
+    ASSERT_EQ(ext("enc", "plain", 1, OPT_PAD_ONEANDZEROES), 0);
     ByteVec padded = plain;
     padded.push_back(0x80);
     padded.resize(32, 0);
     for (int32_t keep : {OPT_PAD_NONE, OPT_LEAVE_PADDING | OPT_PAD_ONEANDZEROES}) {
-        ASSERT_EQ(AES128_FileExt(Path("dec").c_str(), Path("enc").c_str(), key.data(), 0, "CBC", iv.data(), keep), 0);
+        ASSERT_EQ(ext("dec", "enc", 0, keep), 0);
         EXPECT_EQ(ReadBytes(Path("dec")), padded);
     }
-    ASSERT_EQ(AES128_FileExt(Path("dec").c_str(), Path("enc").c_str(), key.data(), 0, "CBC", iv.data(),
-                             OPT_PAD_ONEANDZEROES),
-              0);
+    ASSERT_EQ(ext("dec", "enc", 0, OPT_PAD_ONEANDZEROES), 0);
     EXPECT_EQ(ReadBytes(Path("dec")), plain);
-    EXPECT_EQ(AES128_FileExt(Path("dec").c_str(), Path("enc").c_str(), key.data(), 0, "CBC", iv.data(), 0),
-              DECRYPT_ERROR);
+    EXPECT_EQ(ext("dec", "enc", 0, 0), DECRYPT_ERROR);
     EXPECT_FALSE(fs::exists(Path("dec")));
 }
 

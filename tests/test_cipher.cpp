@@ -106,19 +106,13 @@ TEST(CipherBytes, FailureTable) {
     auto E = [&](const char* text, int32_t opt, int32_t kl = 16, int32_t il = 16, int32_t ol = 64) {
         return CIPHER_EncryptBytes(out.data(), ol, kData.data(), 32, kKey.data(), kl, kIv.data(), il, text, opt);
     };
-    auto D = [&](const uint8_t* input, int32_t n, const char* text, int32_t opt, int32_t ol = 64) {
-        return CIPHER_DecryptBytes(out.data(), ol, input, n, kKey.data(), 16, kIv.data(), 16, text, opt);
-    };
     const CallCase cases[] = {
         {"mode before padding", [&] { return E("aes128/pkcs5", 0); }, -BAD_PARAM_ERROR},
         {"key length, prefix", [&] { return CIPHER_DecryptBytes(out.data(), 64, in, 32, key, 16, none, 0, "tdea/cbc", OPT_PREFIX_IV); }, -BAD_KEY_LEN_ERROR},
-        {"IV length", [&] { return E("aes128/ctr", 0, 16, 8); }, -BAD_IV_LEN_ERROR},
         {"ECB looks at no IV length", [&] { return E("aes128/ecb", 0, 16, 3); }, 48},
         {"a query looks at neither", [&] { return CIPHER_EncryptBytes(nullptr, 0, none, 20, none, 16, iv, 16, "aes128/cbc", OPT_PREFIX_IV); }, 48},
         {"decryption screens before its query", [&] { return CIPHER_DecryptBytes(nullptr, 0, none, 32, key, 16, iv, 16, "aes128/cbc", 0); }, -NULL_ERROR},
-        {"output too short", [&] { return E("aes128/cbc", 0, 16, 16, 47); }, -SHORT_BUF_ERROR},
-        {"prefix longer than the data", [&] { return D(in, 15, "aes128/ctr", OPT_PREFIX_IV); }, -BAD_LENGTH_ERROR},
-        {"unpadded output too short", [&] { return D(in, 32, "aes128/cbc/nopad", 0, 31); }, -SHORT_BUF_ERROR},
+        {"padded output too short", [&] { return E("aes128/cbc", 0, 16, 16, 47); }, -SHORT_BUF_ERROR},
     };
     for (const auto& c : cases) {
         EXPECT_EQ(c.call(), c.expected) << c.what;
@@ -275,19 +269,11 @@ TEST(KeyWrap, TamperingFailsWithMinusOne) {
     ASSERT_EQ(CIPHER_KeyWrap(buffer.data(), 40, buffer.data(), 32, kek.data(), 24, OPT_CIPHER_AES192), 40);
     EXPECT_EQ(API_ErrorCode(), 0);
     EXPECT_EQ(Unwrap(buffer, kek, OPT_CIPHER_AES192), ToHex(Pattern(32, 9)));
-}
-
-TEST(KeyWrap, ResultCodes) {
-    const ByteVec k16 = Pattern(16), k24 = Pattern(24), data = Pattern(40);
-    ByteVec out(64);
-    const CallCase cases[] = {
-        {"KEK length", [&] { return CIPHER_KeyWrap(out.data(), 64, data.data(), 16, k16.data(), 16, OPT_CIPHER_AES192); }, -BAD_KEY_LEN_ERROR},
-        {"other bits play no part", [&] { return CIPHER_KeyWrap(out.data(), 64, data.data(), 16, k16.data(), 16, 0x20 | 0x100 | 0x1000); }, 24},
-        {"AES: query", [&] { return CIPHER_KeyWrap(out.data(), 0, data.data(), 32, k16.data(), 16, OPT_CIPHER_AES128); }, 40},
-        {"TDEA: unwrap query", [&] { return CIPHER_KeyUnwrap(out.data(), 0, data.data(), 40, k24.data(), 24, OPT_CIPHER_TDEA); }, 24},
-    };
-    for (const auto& c : cases) {
-        EXPECT_EQ(c.call(), c.expected) << c.what;
-        EXPECT_EQ(API_ErrorCode(), c.expected < 0 ? -c.expected : 0) << c.what;
-    }
+    // The KEK length must fit the cipher; the other option bits play no part.
+    uint8_t* b = buffer.data();
+    EXPECT_EQ(CIPHER_KeyWrap(b, 40, b, 16, kek.data(), 16, OPT_CIPHER_AES192), -BAD_KEY_LEN_ERROR);
+    EXPECT_EQ(API_ErrorCode(), BAD_KEY_LEN_ERROR);
+    EXPECT_EQ(CIPHER_KeyWrap(b, 40, b, 16, kek.data(), 16, 0x20 | 0x100 | 0x1000), 24);
+    EXPECT_EQ(CIPHER_KeyUnwrap(b, 0, b, 40, kek.data(), 24, OPT_CIPHER_TDEA), 24);  // a query
+    EXPECT_EQ(API_ErrorCode(), 0);
 }

@@ -132,7 +132,6 @@ TEST(MacStream, StateRules) {
     EXPECT_EQ(MAC_AddBytes(h, key, -1), -BAD_PARAM_ERROR);
     EXPECT_EQ(MAC_AddBytes(h + 2, nullptr, 0), -INVALID_HANDLE_ERROR);
     EXPECT_EQ(MAC_Final(nullptr, 32, 0), -BAD_PARAM_ERROR) << "the buffer is checked before the handle";
-    EXPECT_EQ(MAC_Final(out, 0, h), -BAD_PARAM_ERROR);
     EXPECT_EQ(MAC_CodeLength(h), 32);
     // A bad key leaves the open stream alive; a bad option closes it.
     EXPECT_EQ(MAC_Init(nullptr, 3, OPT_HMAC_SHA1), 0);
