@@ -34,11 +34,9 @@ ByteVec Streamed(Random& rng, Cipher c, const ByteVec& key, const ByteVec& iv, c
     ByteVec data = in;
     const int32_t h = InitCall(c, key, dir, mode.c_str(), Ptr(iv));
     const size_t block = size_t(BlockSize(c));
-    for (size_t at = 0, n = 0; at < data.size(); at += n) {
-        n = std::min(data.size() - at, block * size_t(rng.Between(0, 5)));
-        if (data.size() - at < block) n = data.size() - at;
-        UpdateCall(c, h, data.data() + at, int32_t(n));
-    }
+    InPieces(
+        data.size(), [&] { return block * size_t(rng.Between(0, 5)); },
+        [&](size_t at, size_t n) { UpdateCall(c, h, data.data() + at, int32_t(n)); });
     FinalCall(c, h);
     return data;
 }
@@ -51,7 +49,8 @@ void RunCipher(Checker& check, Random& rng, const CipherRef& c, long* index) {
         for (size_t length : Lengths(mode, block)) {
             for (int round = 0; round < 3; ++round) {
                 check.Case();
-                const ByteVec key = rng.Bytes(c.key ? c.key : size_t(rng.Between(1, 56))), iv = mode == "ECB" ? ByteVec() : rng.Bytes(block);
+                const ByteVec key = rng.Bytes(c.key ? c.key : size_t(rng.Between(1, 56))),
+                              iv = mode == "ECB" ? ByteVec() : rng.Bytes(block);
                 const ByteVec pt = rng.Bytes(length);
                 const std::string where = CaseName(rng, (*index)++, name, "key", key, "iv", iv, "length", length);
                 ByteVec ct;

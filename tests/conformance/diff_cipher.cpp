@@ -58,9 +58,9 @@ CONFORMANCE_SUITE(Differential, CipherCalls, 1936,
                                             (prefix ? OPT_PREFIX_IV : 0);
                     const char* alg = byText ? text.c_str() : nullptr;
                     const std::string name = std::string(c.prefix) + "-" + mode.name;
-                    const std::string where = CaseName(rng, index++, text, prefix ? "prefix" : "",
-                                                       byText ? "by text" : "by bits", "key", key, "iv", iv, "length",
-                                                       length);
+                    const std::string where =
+                        CaseName(rng, index++, text, prefix ? "prefix" : "", byText ? "by text" : "by bits", "key", key,
+                                 "iv", iv, "length", length);
                     const ByteVec ivUsed = mode.bits == OPT_MODE_ECB ? ByteVec() : iv;
                     ByteVec ct;
                     if (!check.True(ref::Crypt(name.c_str(), true, key, ivUsed, pt, &ct, pad), "reference failed",
@@ -81,16 +81,17 @@ CONFORMANCE_SUITE(Differential, CipherCalls, 1936,
                     ByteVec back(want.size() + 1);
                     n = CIPHER_DecryptBytes(back.data(), Size(back), NonNull(want), Size(want), key.data(), Size(key),
                                             iv.data(), Size(iv), alg, options);
-                    check.Equal(OrError(n == Size(pt), n, ToHex(back.data(), pt.size())), ToHex(pt), where + " decrypt");
+                    check.Equal(OrError(n == Size(pt), n, ToHex(back.data(), pt.size())), ToHex(pt),
+                                where + " decrypt");
                     if (pad) continue;
                     // The stateful calls in random whole-block pieces, a part block last.
                     const int32_t h = CIPHER_Init(1, alg, key.data(), Size(key), iv.data(), Size(iv), options);
                     ByteVec streamed(pt.size());
-                    for (size_t at = 0, len = 0; at < pt.size(); at += len) {
-                        len = std::min(pt.size() - at, c.block * size_t(rng.Between(0, 4)));
-                        if (pt.size() - at < c.block) len = pt.size() - at;
-                        CIPHER_Update(h, streamed.data() + at, int32_t(len), pt.data() + at, int32_t(len));
-                    }
+                    InPieces(
+                        pt.size(), [&] { return c.block * size_t(rng.Between(0, 4)); },
+                        [&](size_t at, size_t n) {
+                            CIPHER_Update(h, streamed.data() + at, int32_t(n), pt.data() + at, int32_t(n));
+                        });
                     check.True(h != 0 && CIPHER_Final(h) == 0, "CIPHER_Init or CIPHER_Final failed", where);
                     check.Equal(streamed, ct, where + " stateful");
                 }

@@ -37,10 +37,13 @@ std::string Ours(const ByteVec& msg, int32_t option) {
 
 std::string OursStreamed(Random& rng, const ByteVec& msg, int32_t option) {
     const int32_t h = HASH_Init(option);
-    for (size_t at = 0, n = 0; at < msg.size(); at += n) {
-        n = std::min(msg.size() - at, size_t(rng.Between(0, 200)));
-        if (HASH_AddBytes(h, msg.data() + at, int32_t(n)) != 0) return "add failed";
-    }
+    int32_t rc = 0;
+    InPieces(
+        msg.size(), [&] { return rng.Between(0, 200); },
+        [&](size_t at, size_t n) {
+            if (rc == 0) rc = HASH_AddBytes(h, msg.data() + at, int32_t(n));
+        });
+    if (rc != 0) return "add failed";
     uint8_t out[64];
     int32_t n = HASH_Final(out, 64, h);
     return OrError(n >= 0, n, ToHex(out, size_t(std::max(n, 0))));

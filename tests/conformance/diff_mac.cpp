@@ -39,16 +39,16 @@ CONFORMANCE_SUITE(Differential, Hmac, 3300,
         for (int i = 0; i < 300; ++i) {
             check.Case();
             const ByteVec key = rng.Bytes(size_t(i)), msg = rng.Bytes(size_t(rng.Between(0, 300)));
-            const std::string where = CaseName(rng, index++, "HMAC", h.digest, "key", key.size(), "message", msg.size());
+            const std::string where =
+                CaseName(rng, index++, "HMAC", h.digest, "key", key.size(), "message", msg.size());
             ByteVec want;
             if (!check.True(ref::Mac("HMAC", h.digest, key, msg, &want), "reference failed", where)) continue;
             check.Equal(MacBytes(key, msg, h.option, want.size()), ToHex(want), where + " MAC_Bytes");
             if (!h.streams || key.empty()) continue;  // the stream takes no empty key
             const int32_t handle = MAC_Init(key.data(), Size(key), h.option);
-            for (size_t at = 0, n = 0; at < msg.size(); at += n) {
-                n = std::min(msg.size() - at, size_t(rng.Between(0, 100)));
-                MAC_AddBytes(handle, msg.data() + at, int32_t(n));
-            }
+            InPieces(
+                msg.size(), [&] { return rng.Between(0, 100); },
+                [&](size_t at, size_t n) { MAC_AddBytes(handle, msg.data() + at, int32_t(n)); });
             ByteVec out(want.size());
             const int32_t n = MAC_Final(out.data(), Size(out), handle);
             check.Equal(OrError(n == Size(out), n, ToHex(out)), ToHex(want), where + " stream");
@@ -100,8 +100,8 @@ CONFORMANCE_SUITE(Differential, Kmac, 1200,
         const bool fixed = i % 5 == 0;  // MAC_Bytes: empty custom string, 32 or 64 bytes
         if (fixed) custom.clear();
         const size_t length = fixed ? size_t(strength / 4) : size_t(rng.Between(1, 300));
-        const std::string where = CaseName(rng, i, "KMAC", strength, "key", key.size(), "custom", custom.size(),
-                                           "output", length);
+        const std::string where =
+            CaseName(rng, i, "KMAC", strength, "key", key.size(), "custom", custom.size(), "output", length);
         ByteVec want;
         if (!check.True(ref::Kmac(strength, key, msg, custom, length, &want), "reference failed", where)) continue;
         const int32_t option = strength == 128 ? OPT_KMAC_128 : OPT_KMAC_256;
@@ -156,8 +156,8 @@ CONFORMANCE_SUITE(Differential, Pbkdf2, 600,
         const ByteVec password = rng.Bytes(size_t(rng.Between(1, 150))), salt = rng.Bytes(size_t(rng.Between(1, 100)));
         const int iterations = i % 50 == 0 ? rng.Between(1000, 3000) : rng.Between(1, 40);
         const size_t length = size_t(rng.Between(1, 200));
-        const std::string where = CaseName(rng, i, "PBKDF2", p.digest, "password", password.size(), "salt",
-                                           salt.size(), "iterations", iterations, "length", length);
+        const std::string where = CaseName(rng, i, "PBKDF2", p.digest, "password", password.size(), "salt", salt.size(),
+                                           "iterations", iterations, "length", length);
         ByteVec want;
         if (!check.True(ref::Pbkdf2(p.digest, password, salt, iterations, length, &want), "reference failed", where))
             continue;
