@@ -137,6 +137,26 @@ void RunCavpSet(Checker& check, const std::string& dir, std::initializer_list<co
 const auto kAesSizes = {std::pair{"128", Cipher::Aes128}, std::pair{"192", Cipher::Aes192},
                         std::pair{"256", Cipher::Aes256}};
 
+int32_t AesWrapOption(size_t kekLength) {
+    return kekLength == 16 ? OPT_CIPHER_AES128 : kekLength == 24 ? OPT_CIPHER_AES192 : OPT_CIPHER_AES256;
+}
+
+std::string Wrapped(const ByteVec& data, const ByteVec& kek) {
+    ByteVec out(data.size() + 8);
+    int32_t n = CIPHER_KeyWrap(out.data(), Size(out), data.data(), Size(data), kek.data(), Size(kek),
+                               AesWrapOption(kek.size()));
+    return n == Size(out) ? ToHex(out) : "error " + std::to_string(n);
+}
+
+// A failed integrity check is -1 with the output zeroed.
+std::string Unwrapped(const ByteVec& data, const ByteVec& kek) {
+    ByteVec out(data.size(), 0x5a);
+    int32_t n = CIPHER_KeyUnwrap(out.data(), Size(out), data.data(), Size(data), kek.data(), Size(kek),
+                                 AesWrapOption(kek.size()));
+    if (n == -1) return out == ByteVec(data.size(), 0) ? "refused, zeroed" : "refused, not zeroed";
+    return n == Size(data) - 8 ? ToHex(out.data(), size_t(n)) : "error " + std::to_string(n);
+}
+
 }  // namespace
 
 CONFORMANCE_SUITE(Vectors, AesKnownAnswers, 8312,
@@ -214,30 +234,6 @@ CONFORMANCE_SUITE(Vectors, Blowfish, 61, "Blowfish with keys of 1 to 24 bytes in
         CheckFamily(check, Cipher::Blf, mode, key, iv, ct, pt, 0, where);
     });
 }
-
-namespace {
-
-int32_t AesWrapOption(size_t kekLength) {
-    return kekLength == 16 ? OPT_CIPHER_AES128 : kekLength == 24 ? OPT_CIPHER_AES192 : OPT_CIPHER_AES256;
-}
-
-std::string Wrapped(const ByteVec& data, const ByteVec& kek) {
-    ByteVec out(data.size() + 8);
-    int32_t n = CIPHER_KeyWrap(out.data(), Size(out), data.data(), Size(data), kek.data(), Size(kek),
-                               AesWrapOption(kek.size()));
-    return n == Size(out) ? ToHex(out) : "error " + std::to_string(n);
-}
-
-// A failed integrity check is -1 with the output zeroed.
-std::string Unwrapped(const ByteVec& data, const ByteVec& kek) {
-    ByteVec out(data.size(), 0x5a);
-    int32_t n = CIPHER_KeyUnwrap(out.data(), Size(out), data.data(), Size(data), kek.data(), Size(kek),
-                                 AesWrapOption(kek.size()));
-    if (n == -1) return out == ByteVec(data.size(), 0) ? "refused, zeroed" : "refused, not zeroed";
-    return n == Size(data) - 8 ? ToHex(out.data(), size_t(n)) : "error " + std::to_string(n);
-}
-
-}  // namespace
 
 CONFORMANCE_SUITE(Vectors, KeyWrap, 3006,
                   "AES Key Wrap (RFC 3394 / SP 800-38F KW) with 128/192/256-bit KEKs, keys "

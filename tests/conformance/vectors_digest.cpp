@@ -104,6 +104,17 @@ const DigestFile kSha[] = {{"SHA1", OPT_HASH_SHA1, &kSha1Family},
                            {"SHA384", OPT_HASH_SHA384},
                            {"SHA512", OPT_HASH_SHA512}};
 
+// SHAKE through XOF_Bytes and through PRF_Bytes, which ignores key and
+// custom string for these options.
+void CheckShake(Checker& check, int32_t option, const ByteVec& msg, const std::string& want, const std::string& where) {
+    ByteVec out(want.size() / 2);
+    int32_t n = XOF_Bytes(out.data(), Size(out), Ptr(msg), Size(msg), option);
+    check.Equal(n == Size(out) ? ToHex(out) : "error " + std::to_string(n), Lower(want), where + " XOF_Bytes");
+    const uint8_t key[3] = {1, 2, 3};
+    n = PRF_Bytes(out.data(), Size(out), NonNull(msg), Size(msg), key, 3, "ignored", option);
+    check.Equal(n == Size(out) ? ToHex(out) : "error " + std::to_string(n), Lower(want), where + " PRF_Bytes");
+}
+
 }  // namespace
 
 CONFORMANCE_SUITE(Vectors, Sha1Sha2Bytes, 901, "SHA-1, SHA-224, SHA-256, SHA-384, SHA-512 (byte-oriented)",
@@ -186,21 +197,6 @@ CONFORMANCE_SUITE(Vectors, AsconHash, 2050, "Ascon-Hash, Ascon-HashA (v1.2), mes
         });
     }
 }
-
-namespace {
-
-// SHAKE through XOF_Bytes and through PRF_Bytes, which ignores key and
-// custom string for these options.
-void CheckShake(Checker& check, int32_t option, const ByteVec& msg, const std::string& want, const std::string& where) {
-    ByteVec out(want.size() / 2);
-    int32_t n = XOF_Bytes(out.data(), Size(out), Ptr(msg), Size(msg), option);
-    check.Equal(n == Size(out) ? ToHex(out) : "error " + std::to_string(n), Lower(want), where + " XOF_Bytes");
-    const uint8_t key[3] = {1, 2, 3};
-    n = PRF_Bytes(out.data(), Size(out), NonNull(msg), Size(msg), key, 3, "ignored", option);
-    check.Equal(n == Size(out) ? ToHex(out) : "error " + std::to_string(n), Lower(want), where + " PRF_Bytes");
-}
-
-}  // namespace
 
 CONFORMANCE_SUITE(Vectors, Shake, 831,
                   "SHAKE128, SHAKE256: byte-oriented messages, 128/256-bit and variable outputs up to 4096 bits",
