@@ -9,37 +9,31 @@
 
 namespace {
 
-struct HmacRef {
-    int32_t option;
-    const char* digest;
+// Each digest with its HASH_ and HMAC option and OpenSSL name; whether its
+// HASH_ and MAC_ streams exist.
+struct DigestRef {
+    int32_t option, hmac;
+    const char* name;
     bool streams;
 };
 
-const HmacRef kHmacs[] = {
-    {OPT_HMAC_SHA1, "SHA1", true},         {OPT_HMAC_SHA224, "SHA224", true},     {OPT_HMAC_SHA256, "SHA256", true},
-    {OPT_HMAC_SHA384, "SHA384", true},     {OPT_HMAC_SHA512, "SHA512", true},     {OPT_HMAC_SHA3_224, "SHA3-224", true},
-    {OPT_HMAC_SHA3_256, "SHA3-256", true}, {OPT_HMAC_SHA3_384, "SHA3-384", true}, {OPT_HMAC_SHA3_512, "SHA3-512", true},
-    {OPT_HMAC_MD5, "MD5", false},          {OPT_HMAC_RMD160, "RIPEMD160", false},
-};
+const DigestRef kDigests[] = {{OPT_HASH_SHA1, OPT_HMAC_SHA1, "SHA1", true},
+                              {OPT_HASH_SHA224, OPT_HMAC_SHA224, "SHA224", true},
+                              {OPT_HASH_SHA256, OPT_HMAC_SHA256, "SHA256", true},
+                              {OPT_HASH_SHA384, OPT_HMAC_SHA384, "SHA384", true},
+                              {OPT_HASH_SHA512, OPT_HMAC_SHA512, "SHA512", true},
+                              {OPT_HASH_SHA3_224, OPT_HMAC_SHA3_224, "SHA3-224", true},
+                              {OPT_HASH_SHA3_256, OPT_HMAC_SHA3_256, "SHA3-256", true},
+                              {OPT_HASH_SHA3_384, OPT_HMAC_SHA3_384, "SHA3-384", true},
+                              {OPT_HASH_SHA3_512, OPT_HMAC_SHA3_512, "SHA3-512", true},
+                              {OPT_HASH_MD5, OPT_HMAC_MD5, "MD5", false},
+                              {OPT_HASH_RMD160, OPT_HMAC_RMD160, "RIPEMD160", false}};
 
 std::string MacBytes(const ByteVec& key, const ByteVec& msg, int32_t option, size_t length) {
     ByteVec out(length);
     int32_t n = MAC_Bytes(out.data(), Size(out), Ptr(msg), Size(msg), NonNull(key), Size(key), option);
     return OrError(n == Size(out), n, ToHex(out));
 }
-
-struct DigestRef {
-    int32_t option;
-    const char* name;
-    bool streams;  // reachable through HASH_Init
-};
-
-const DigestRef kDigests[] = {
-    {OPT_HASH_SHA1, "SHA1", true},         {OPT_HASH_SHA224, "SHA224", true},     {OPT_HASH_SHA256, "SHA256", true},
-    {OPT_HASH_SHA384, "SHA384", true},     {OPT_HASH_SHA512, "SHA512", true},     {OPT_HASH_SHA3_224, "SHA3-224", true},
-    {OPT_HASH_SHA3_256, "SHA3-256", true}, {OPT_HASH_SHA3_384, "SHA3-384", true}, {OPT_HASH_SHA3_512, "SHA3-512", true},
-    {OPT_HASH_MD5, "MD5", false},          {OPT_HASH_RMD160, "RIPEMD160", false},
-};
 
 // 0 to 300 bytes (past two SHA-512 blocks and two SHA3-224 rates), then a
 // few large messages.
@@ -78,17 +72,17 @@ CONFORMANCE_SUITE(Differential, Hmac, 3300,
                   "OpenSSL libcrypto EVP_MAC HMAC", "MAC_Bytes MAC_Init MAC_AddBytes MAC_Final") {
     Random rng(0x5eed0040);
     long index = 0;
-    for (const HmacRef& h : kHmacs) {
+    for (const DigestRef& h : kDigests) {
         for (int i = 0; i < 300; ++i) {
             check.Case();
             const ByteVec key = rng.Bytes(size_t(i)), msg = rng.Bytes(size_t(rng.Between(0, 300)));
             const std::string where =
-                CaseName(rng, index++, "HMAC", h.digest, "key", key.size(), "message", msg.size());
+                CaseName(rng, index++, "HMAC", h.name, "key", key.size(), "message", msg.size());
             ByteVec want;
-            if (!check.True(ref::Mac("HMAC", h.digest, key, msg, &want), "reference failed", where)) continue;
-            check.Equal(MacBytes(key, msg, h.option, want.size()), ToHex(want), where + " MAC_Bytes");
+            if (!check.True(ref::Mac("HMAC", h.name, key, msg, &want), "reference failed", where)) continue;
+            check.Equal(MacBytes(key, msg, h.hmac, want.size()), ToHex(want), where + " MAC_Bytes");
             if (!h.streams || key.empty()) continue;  // the stream takes no empty key
-            const int32_t handle = MAC_Init(key.data(), Size(key), h.option);
+            const int32_t handle = MAC_Init(key.data(), Size(key), h.hmac);
             InPieces(
                 msg.size(), [&] { return rng.Between(0, 100); },
                 [&](size_t at, size_t n) { MAC_AddBytes(handle, msg.data() + at, int32_t(n)); });
@@ -195,14 +189,14 @@ CONFORMANCE_SUITE(Differential, Pbkdf2, 600,
     Random rng(0x5eed0044);
     for (long i = 0; i < 600; ++i) {
         check.Case();
-        const HmacRef& p = kHmacs[i % 5];  // the SHA-1 and SHA-2 rows; the option is the digest's
+        const DigestRef& p = kDigests[i % 5];  // the SHA-1 and SHA-2 rows
         const ByteVec password = rng.Bytes(size_t(rng.Between(1, 150))), salt = rng.Bytes(size_t(rng.Between(1, 100)));
         const int iterations = i % 50 == 0 ? rng.Between(1000, 3000) : rng.Between(1, 40);
         const size_t length = size_t(rng.Between(1, 200));
-        const std::string where = CaseName(rng, i, "PBKDF2", p.digest, "password", password.size(), "salt", salt.size(),
+        const std::string where = CaseName(rng, i, "PBKDF2", p.name, "password", password.size(), "salt", salt.size(),
                                            "iterations", iterations, "length", length);
         ByteVec want;
-        if (!check.True(ref::Pbkdf2(p.digest, password, salt, iterations, length, &want), "reference failed", where))
+        if (!check.True(ref::Pbkdf2(p.name, password, salt, iterations, length, &want), "reference failed", where))
             continue;
         ByteVec out(length);
         int32_t rc = PBE_Kdf2(out.data(), Size(out), password.data(), Size(password), salt.data(), Size(salt),
@@ -211,7 +205,7 @@ CONFORMANCE_SUITE(Differential, Pbkdf2, 600,
         // The text form: a password without zero bytes.
         ByteVec text = password;
         for (auto& b : text) b = uint8_t(b % 94 + 33);
-        ref::Pbkdf2(p.digest, text, salt, iterations, length, &want);
+        ref::Pbkdf2(p.name, text, salt, iterations, length, &want);
         std::string hex(length * 2 + 1, '\0');
         rc = PBE_Kdf2Hex(hex.data(), int32_t(length * 2), int32_t(length),
                          std::string(text.begin(), text.end()).c_str(), ToHex(salt).c_str(), iterations, p.option);

@@ -6,22 +6,15 @@
 #include "registry.h"
 
 // The exports each answer goes through.
-#define AES_CALLS                                                              \
-    "AES128_BytesMode AES192_BytesMode AES256_BytesMode AES128_HexMode "       \
-    "AES192_HexMode AES256_HexMode "                                           \
-    "AES128_Bytes AES192_Bytes AES256_Bytes AES128_Hex AES192_Hex AES256_Hex " \
-    "AES128_Init AES192_Init "                                                 \
-    "AES256_Init AES128_Update AES192_Update AES256_Update AES128_Final "      \
-    "AES192_Final AES256_Final"
-#define TDEA_CALLS                                                           \
-    "TDEA_BytesMode TDEA_HexMode TDEA_Bytes TDEA_Hex TDEA_Init TDEA_Update " \
-    "TDEA_Final"
+#define AES_CALLS                                                                                      \
+    "AES128_BytesMode AES192_BytesMode AES256_BytesMode AES128_HexMode AES192_HexMode AES256_HexMode " \
+    "AES128_Bytes AES192_Bytes AES256_Bytes AES128_Hex AES192_Hex AES256_Hex AES128_Init AES192_Init " \
+    "AES256_Init AES128_Update AES192_Update AES256_Update AES128_Final AES192_Final AES256_Final"
+#define TDEA_CALLS "TDEA_BytesMode TDEA_HexMode TDEA_Bytes TDEA_Hex TDEA_Init TDEA_Update TDEA_Final"
 #define DES_CALLS "DES_BytesMode DES_HexMode DES_Bytes DES_Hex DES_Init DES_Update DES_Final"
-#define GENERIC_CALLS                                               \
-    "CIPHER_EncryptBytes CIPHER_DecryptBytes CIPHER_EncryptBytes2 " \
-    "CIPHER_DecryptBytes2 CIPHER_EncryptHex "                       \
-    "CIPHER_DecryptHex CIPHER_Init CIPHER_InitHex CIPHER_Update "   \
-    "CIPHER_UpdateHex CIPHER_Final"
+#define GENERIC_CALLS                                                                                      \
+    "CIPHER_EncryptBytes CIPHER_DecryptBytes CIPHER_EncryptBytes2 CIPHER_DecryptBytes2 CIPHER_EncryptHex " \
+    "CIPHER_DecryptHex CIPHER_Init CIPHER_InitHex CIPHER_Update CIPHER_UpdateHex CIPHER_Final"
 
 namespace {
 
