@@ -1,8 +1,6 @@
 // Authenticated encryption and stream ciphers against OpenSSL's libcrypto:
 // AES-GCM with random IV and tag lengths, ChaCha20 with every nonce layout,
 // ChaCha20-Poly1305, ARCFOUR.
-#include <algorithm>
-
 #include "reference.h"
 #include "registry.h"
 
@@ -12,20 +10,9 @@ namespace {
 // and tag as hex.
 std::string Incremental(Random& rng, int32_t alg, const ByteVec& key, const ByteVec& nonce, const ByteVec& aad,
                         const ByteVec& pt) {
-    const int32_t h = AEAD_InitKey(key.data(), Size(key), alg);
-    int32_t rc = h > 0 ? AEAD_SetNonce(h, nonce.data(), Size(nonce)) : -1;
-    for (size_t at = 0, n = 0; rc == 0 && at < aad.size(); at += n) {
-        n = std::min(aad.size() - at, size_t(rng.Between(1, 40)));
-        rc = AEAD_AddAAD(h, aad.data() + at, int32_t(n));
-    }
-    if (rc == 0) rc = AEAD_StartEncrypt(h);
-    ByteVec out(pt.size()), tag(16);
-    for (size_t at = 0, n = 0; rc == 0 && at < pt.size(); at += n) {
-        n = std::min(pt.size() - at, size_t(rng.Between(1, 80)));
-        rc = AEAD_Update(h, out.data() + at, int32_t(n), pt.data() + at, int32_t(n));
-    }
-    if (rc == 0) rc = AEAD_FinishEncrypt(h, tag.data(), 16);
-    if (h > 0) AEAD_Destroy(h);
+    ByteVec out, tag;
+    const int32_t rc =
+        AeadInPieces(alg, true, key, nonce, aad, pt, &out, &tag, [&](int most) { return rng.Between(1, most); });
     return OrError(!rc, rc, ToHex(out) + ToHex(tag));
 }
 
@@ -49,7 +36,8 @@ CONFORMANCE_SUITE(Differential, AesGcm, 6000,
         const std::string where =
             CaseName(rng, i, "key", key, "iv", iv, "aad", aad.size(), "text", pt.size(), "tag", tag.size());
         const std::string name = "AES-" + std::to_string(keyLength * 8) + "-GCM";
-        if (!check.True(ref::Aead(name.c_str(), true, key, iv, aad, pt, &ct, &tag), "reference failed", where)) continue;
+        if (!check.True(ref::Aead(name.c_str(), true, key, iv, aad, pt, &ct, &tag), "reference failed", where))
+            continue;
         const std::string sealed = ToHex(ct) + ToHex(tag);
         ByteVec out(pt.size() + 1), got(16);
         int32_t rc = GCM_Encrypt(out.data(), Size(out), got.data(), Size(tag), Ptr(pt), Size(pt), key.data(), Size(key),
@@ -77,7 +65,8 @@ CONFORMANCE_SUITE(Differential, AesGcm, 6000,
         rc = AEAD_Decrypt(out.data(), Size(out), Ptr(ct), Size(ct), key.data(), Size(key), iv.data(), 12, Ptr(aad),
                           Size(aad), tag.data(), Size(tag), alg);
         check.Equal(OrError(!rc, rc, ToHex(out.data(), pt.size())), ToHex(pt), where + " AEAD_Decrypt");
-        if (tag.size() == 16) check.Equal(Incremental(rng, alg, key, iv, aad, pt), sealed, where + " AEAD_ incremental");
+        if (tag.size() == 16)
+            check.Equal(Incremental(rng, alg, key, iv, aad, pt), sealed, where + " AEAD_ incremental");
     }
 }
 
@@ -107,10 +96,9 @@ CONFORMANCE_SUITE(Differential, ChaCha20, 1500,
         check.Equal(OrError(!rc, rc, ToHex(out.data(), pt.size())), ToHex(want), where + " bytes");
         const int32_t h =
             CIPHER_StreamInit(key.data(), 32, ourNonce.data(), Size(ourNonce), counter, OPT_STREAM_CHACHA20);
-        for (size_t at = 0, n = 0; at < pt.size(); at += n) {
-            n = std::min(pt.size() - at, size_t(rng.Between(0, 150)));
-            CIPHER_StreamUpdate(h, out.data() + at, pt.data() + at, int32_t(n));
-        }
+        InPieces(
+            pt.size(), [&] { return rng.Between(0, 150); },
+            [&](size_t at, size_t n) { CIPHER_StreamUpdate(h, out.data() + at, pt.data() + at, int32_t(n)); });
         CIPHER_StreamFinal(h);
         check.Equal(ToHex(out.data(), pt.size()), ToHex(want), where + " stream");
     }
@@ -154,7 +142,8 @@ CONFORMANCE_SUITE(Differential, ChaCha20Poly1305, 3000,
 CONFORMANCE_SUITE(Differential, Arcfour, 500, "ARCFOUR with keys of 1 to 256 bytes",
                   "OpenSSL libcrypto legacy provider: RC4; skipped when that provider does not load",
                   "CIPHER_StreamBytes PC1_Bytes") {
-    if (!ref::LegacyLoaded()) return check.Skip("OpenSSL's legacy provider does not load here: no reference for ARCFOUR");
+    if (!ref::LegacyLoaded())
+        return check.Skip("OpenSSL's legacy provider does not load here: no reference for ARCFOUR");
     Random rng(0x5eed0023);
     for (long i = 0; i < 500; ++i) {
         check.Case();

@@ -1,6 +1,7 @@
-// MACs, XOFs and key derivation against OpenSSL's libcrypto: HMAC over every
-// digest, CMAC, Poly1305, KMAC, SHAKE, MGF1, PBKDF2 and scrypt with random
-// keys, messages, lengths and parameters.
+// Digests, MACs, XOFs and key derivation against OpenSSL's libcrypto: every
+// digest over messages of every length to a few blocks and some large ones,
+// the family HMAC calls, HMAC over every digest, CMAC, Poly1305, KMAC, SHAKE,
+// MGF1, PBKDF2 and scrypt with random keys, messages, lengths and parameters.
 #include <algorithm>
 
 #include "reference.h"
@@ -8,23 +9,59 @@
 
 namespace {
 
-struct HmacRef {
-    int32_t option;
-    const char* digest;
+// Each digest with its HASH_ and HMAC option and OpenSSL name; whether its
+// HASH_ and MAC_ streams exist.
+struct DigestRef {
+    int32_t option, hmac;
+    const char* name;
     bool streams;
 };
 
-const HmacRef kHmacs[] = {
-    {OPT_HMAC_SHA1, "SHA1", true},         {OPT_HMAC_SHA224, "SHA224", true},     {OPT_HMAC_SHA256, "SHA256", true},
-    {OPT_HMAC_SHA384, "SHA384", true},     {OPT_HMAC_SHA512, "SHA512", true},     {OPT_HMAC_SHA3_224, "SHA3-224", true},
-    {OPT_HMAC_SHA3_256, "SHA3-256", true}, {OPT_HMAC_SHA3_384, "SHA3-384", true}, {OPT_HMAC_SHA3_512, "SHA3-512", true},
-    {OPT_HMAC_MD5, "MD5", false},          {OPT_HMAC_RMD160, "RIPEMD160", false},
-};
+const DigestRef kDigests[] = {{OPT_HASH_SHA1, OPT_HMAC_SHA1, "SHA1", true},
+                              {OPT_HASH_SHA224, OPT_HMAC_SHA224, "SHA224", true},
+                              {OPT_HASH_SHA256, OPT_HMAC_SHA256, "SHA256", true},
+                              {OPT_HASH_SHA384, OPT_HMAC_SHA384, "SHA384", true},
+                              {OPT_HASH_SHA512, OPT_HMAC_SHA512, "SHA512", true},
+                              {OPT_HASH_SHA3_224, OPT_HMAC_SHA3_224, "SHA3-224", true},
+                              {OPT_HASH_SHA3_256, OPT_HMAC_SHA3_256, "SHA3-256", true},
+                              {OPT_HASH_SHA3_384, OPT_HMAC_SHA3_384, "SHA3-384", true},
+                              {OPT_HASH_SHA3_512, OPT_HMAC_SHA3_512, "SHA3-512", true},
+                              {OPT_HASH_MD5, OPT_HMAC_MD5, "MD5", false},
+                              {OPT_HASH_RMD160, OPT_HMAC_RMD160, "RIPEMD160", false}};
 
 std::string MacBytes(const ByteVec& key, const ByteVec& msg, int32_t option, size_t length) {
     ByteVec out(length);
     int32_t n = MAC_Bytes(out.data(), Size(out), Ptr(msg), Size(msg), NonNull(key), Size(key), option);
     return OrError(n == Size(out), n, ToHex(out));
+}
+
+// 0 to 300 bytes (past two SHA-512 blocks and two SHA3-224 rates), then a
+// few large messages.
+std::vector<size_t> MessageLengths() {
+    std::vector<size_t> lengths;
+    for (size_t n = 0; n <= 300; ++n) lengths.push_back(n);
+    for (size_t n : {1000u, 4095u, 65537u, 1000003u}) lengths.push_back(n);
+    return lengths;
+}
+
+std::string Ours(const ByteVec& msg, int32_t option) {
+    uint8_t out[64];
+    int32_t n = HASH_Bytes(out, 64, Ptr(msg), Size(msg), option);
+    return OrError(n >= 0, n, ToHex(out, size_t(std::max(n, 0))));
+}
+
+std::string OursStreamed(Random& rng, const ByteVec& msg, int32_t option) {
+    const int32_t h = HASH_Init(option);
+    int32_t rc = 0;
+    InPieces(
+        msg.size(), [&] { return rng.Between(0, 200); },
+        [&](size_t at, size_t n) {
+            if (rc == 0) rc = HASH_AddBytes(h, msg.data() + at, int32_t(n));
+        });
+    if (rc != 0) return "add failed";
+    uint8_t out[64];
+    int32_t n = HASH_Final(out, 64, h);
+    return OrError(n >= 0, n, ToHex(out, size_t(std::max(n, 0))));
 }
 
 }  // namespace
@@ -35,20 +72,20 @@ CONFORMANCE_SUITE(Differential, Hmac, 3300,
                   "OpenSSL libcrypto EVP_MAC HMAC", "MAC_Bytes MAC_Init MAC_AddBytes MAC_Final") {
     Random rng(0x5eed0040);
     long index = 0;
-    for (const HmacRef& h : kHmacs) {
+    for (const DigestRef& h : kDigests) {
         for (int i = 0; i < 300; ++i) {
             check.Case();
             const ByteVec key = rng.Bytes(size_t(i)), msg = rng.Bytes(size_t(rng.Between(0, 300)));
-            const std::string where = CaseName(rng, index++, "HMAC", h.digest, "key", key.size(), "message", msg.size());
+            const std::string where =
+                CaseName(rng, index++, "HMAC", h.name, "key", key.size(), "message", msg.size());
             ByteVec want;
-            if (!check.True(ref::Mac("HMAC", h.digest, key, msg, &want), "reference failed", where)) continue;
-            check.Equal(MacBytes(key, msg, h.option, want.size()), ToHex(want), where + " MAC_Bytes");
+            if (!check.True(ref::Mac("HMAC", h.name, key, msg, &want), "reference failed", where)) continue;
+            check.Equal(MacBytes(key, msg, h.hmac, want.size()), ToHex(want), where + " MAC_Bytes");
             if (!h.streams || key.empty()) continue;  // the stream takes no empty key
-            const int32_t handle = MAC_Init(key.data(), Size(key), h.option);
-            for (size_t at = 0, n = 0; at < msg.size(); at += n) {
-                n = std::min(msg.size() - at, size_t(rng.Between(0, 100)));
-                MAC_AddBytes(handle, msg.data() + at, int32_t(n));
-            }
+            const int32_t handle = MAC_Init(key.data(), Size(key), h.hmac);
+            InPieces(
+                msg.size(), [&] { return rng.Between(0, 100); },
+                [&](size_t at, size_t n) { MAC_AddBytes(handle, msg.data() + at, int32_t(n)); });
             ByteVec out(want.size());
             const int32_t n = MAC_Final(out.data(), Size(out), handle);
             check.Equal(OrError(n == Size(out), n, ToHex(out)), ToHex(want), where + " stream");
@@ -100,8 +137,8 @@ CONFORMANCE_SUITE(Differential, Kmac, 1200,
         const bool fixed = i % 5 == 0;  // MAC_Bytes: empty custom string, 32 or 64 bytes
         if (fixed) custom.clear();
         const size_t length = fixed ? size_t(strength / 4) : size_t(rng.Between(1, 300));
-        const std::string where = CaseName(rng, i, "KMAC", strength, "key", key.size(), "custom", custom.size(),
-                                           "output", length);
+        const std::string where =
+            CaseName(rng, i, "KMAC", strength, "key", key.size(), "custom", custom.size(), "output", length);
         ByteVec want;
         if (!check.True(ref::Kmac(strength, key, msg, custom, length, &want), "reference failed", where)) continue;
         const int32_t option = strength == 128 ? OPT_KMAC_128 : OPT_KMAC_256;
@@ -152,14 +189,14 @@ CONFORMANCE_SUITE(Differential, Pbkdf2, 600,
     Random rng(0x5eed0044);
     for (long i = 0; i < 600; ++i) {
         check.Case();
-        const HmacRef& p = kHmacs[i % 5];  // the SHA-1 and SHA-2 rows; the option is the digest's
+        const DigestRef& p = kDigests[i % 5];  // the SHA-1 and SHA-2 rows
         const ByteVec password = rng.Bytes(size_t(rng.Between(1, 150))), salt = rng.Bytes(size_t(rng.Between(1, 100)));
         const int iterations = i % 50 == 0 ? rng.Between(1000, 3000) : rng.Between(1, 40);
         const size_t length = size_t(rng.Between(1, 200));
-        const std::string where = CaseName(rng, i, "PBKDF2", p.digest, "password", password.size(), "salt",
-                                           salt.size(), "iterations", iterations, "length", length);
+        const std::string where = CaseName(rng, i, "PBKDF2", p.name, "password", password.size(), "salt", salt.size(),
+                                           "iterations", iterations, "length", length);
         ByteVec want;
-        if (!check.True(ref::Pbkdf2(p.digest, password, salt, iterations, length, &want), "reference failed", where))
+        if (!check.True(ref::Pbkdf2(p.name, password, salt, iterations, length, &want), "reference failed", where))
             continue;
         ByteVec out(length);
         int32_t rc = PBE_Kdf2(out.data(), Size(out), password.data(), Size(password), salt.data(), Size(salt),
@@ -168,7 +205,7 @@ CONFORMANCE_SUITE(Differential, Pbkdf2, 600,
         // The text form: a password without zero bytes.
         ByteVec text = password;
         for (auto& b : text) b = uint8_t(b % 94 + 33);
-        ref::Pbkdf2(p.digest, text, salt, iterations, length, &want);
+        ref::Pbkdf2(p.name, text, salt, iterations, length, &want);
         std::string hex(length * 2 + 1, '\0');
         rc = PBE_Kdf2Hex(hex.data(), int32_t(length * 2), int32_t(length),
                          std::string(text.begin(), text.end()).c_str(), ToHex(salt).c_str(), iterations, p.option);
@@ -195,5 +232,63 @@ CONFORMANCE_SUITE(Differential, Scrypt, 300,
         int32_t rc =
             PBE_Scrypt(out.data(), Size(out), Ptr(password), Size(password), Ptr(salt), Size(salt), n, r, p, 0);
         check.Equal(OrError(!rc, rc, ToHex(out)), ToHex(want), where);
+    }
+}
+
+CONFORMANCE_SUITE(Differential, Digests, 3656,
+                  "SHA-1, SHA-224, SHA-256, SHA-384, SHA-512, SHA3-224/256/384/512, MD5, RIPEMD-160, "
+                  "RIPEMD-160 of SHA-256, the double-digest flag",
+                  "OpenSSL libcrypto EVP_Digest; messages of 0 to 300 bytes and 1000 to 1000003 bytes, random "
+                  "stream cuts",
+                  "HASH_Bytes HASH_Init HASH_AddBytes HASH_Final") {
+    Random rng(0x5eed0001);
+    long index = 0;
+    for (size_t length : MessageLengths()) {
+        const ByteVec msg = rng.Bytes(length);
+        for (const DigestRef& d : kDigests) {
+            check.Case();
+            const std::string where = CaseName(rng, index++, d.name, "of", length);
+            ByteVec want;
+            if (!check.True(ref::Digest(d.name, msg, &want), "reference digest unavailable", where)) continue;
+            check.Equal(Ours(msg, d.option), ToHex(want), where + " HASH_Bytes");
+            if (d.streams) check.Equal(OursStreamed(rng, msg, d.option), ToHex(want), where + " HASH_ stream");
+            // The double flag digests the digest once more, for nibbles 0 to 7.
+            if (d.option <= 7 && length <= 64) {
+                ByteVec twice;
+                ref::Digest(d.name, want, &twice);
+                check.Equal(Ours(msg, d.option | OPT_HASH_DOUBLE), ToHex(twice), where + " double");
+            }
+        }
+        if (length > 300) continue;
+        // RIPEMD-160 over the SHA-256 digest.
+        check.Case();
+        ByteVec sha256, want;
+        ref::Digest("SHA256", msg, &sha256);
+        ref::Digest("RIPEMD160", sha256, &want);
+        check.Equal(Ours(msg, OPT_HASH_RMD160_SHA256), ToHex(want),
+                    CaseName(rng, index++, "RIPEMD-160 of SHA-256 of", length));
+    }
+}
+
+CONFORMANCE_SUITE(Differential, HmacFamilies, 1500, "HMAC-SHA-1, HMAC-SHA-256, HMAC-MD5 with keys of 0 to 200 bytes",
+                  "OpenSSL libcrypto EVP_MAC HMAC; random keys and messages", "SHA1_Hmac SHA2_Hmac MD5_Hmac") {
+    Random rng(0x5eed0002);
+    const struct {
+        const char* name;
+        int32_t (*call)(char*, const unsigned char*, int32_t, const unsigned char*, int32_t);
+    } families[] = {{"SHA1", SHA1_Hmac}, {"SHA256", SHA2_Hmac}, {"MD5", MD5_Hmac}};
+    long index = 0;
+    for (const auto& f : families) {
+        for (int i = 0; i < 500; ++i) {
+            check.Case();
+            // Keys cover shorter than, equal to and longer than the 64-byte block.
+            const ByteVec key = rng.Bytes(size_t(i % 201)), msg = rng.Bytes(size_t(rng.Between(0, 300)));
+            ByteVec want;
+            ref::Mac("HMAC", f.name, key, msg, &want);
+            char out[65] = {};
+            f.call(out, NonNull(msg), Size(msg), NonNull(key), Size(key));
+            check.Equal(std::string(out), ToHex(want),
+                        CaseName(rng, index++, "HMAC", f.name, "key", key.size(), "message", msg.size()));
+        }
     }
 }

@@ -2,8 +2,6 @@
 // multi-block sets in ECB, CBC, CFB and OFB, the FIPS 197 and SP 800-38A /
 // SP 800-67 examples (with CTR), and the published Blowfish set; through the
 // per-cipher families and, for AES and Triple DES, the generic CIPHER_ calls.
-#include <algorithm>
-
 #include "block_support.h"
 #include "registry.h"
 
@@ -25,208 +23,112 @@ namespace {
 void CheckFamily(Checker& check, Cipher c, const std::string& mode, const ByteVec& key, const ByteVec& iv,
                  const ByteVec& in, const ByteVec& want, int32_t dir, const std::string& where) {
     const std::string label = where + " " + mode + (dir ? " encrypt" : " decrypt");
+    const std::string hexIn = ToHex(in), hexKey = ToHex(key), hexIv = ToHex(iv);
     check.Equal(Crypt(c, in, key, dir, mode.c_str(), iv), UpperHex(want), label + " BytesMode");
-
-    std::string hex(in.size() * 2 + 1, '\0');
-    int32_t rc = HexModeCall(c, hex.data(), ToHex(in).c_str(), ToHex(key).c_str(), dir, mode.c_str(),
-                             iv.empty() ? nullptr : ToHex(iv).c_str());
-    check.Equal(rc == 0 ? std::string(hex.c_str()) : "error " + std::to_string(rc), UpperHex(want), label + " HexMode");
-
+    check.Equal(HexText(in.size(),
+                        [&](char* out, int32_t) {
+                            return HexModeCall(c, out, hexIn.c_str(), hexKey.c_str(), dir, mode.c_str(),
+                                               iv.empty() ? nullptr : hexIv.c_str());
+                        }),
+                UpperHex(want), label + " HexMode");
     if (mode == "ECB") {
         ByteVec out(in.size() + 1);
-        rc = BytesCall(c, out.data(), NonNull(in), Size(in), key, dir);
-        check.Equal(rc ? "error " + std::to_string(rc) : ToHex(out.data(), in.size()), ToHex(want), label + " Bytes");
-        rc = HexCall(c, hex.data(), ToHex(in).c_str(), ToHex(key).c_str(), dir);
-        check.Equal(rc ? "error " + std::to_string(rc) : hex.c_str(), UpperHex(want), label + " Hex");
+        const int32_t rc = BytesCall(c, out.data(), NonNull(in), Size(in), key, dir);
+        check.Equal(OrError(!rc, rc, ToHex(out.data(), in.size())), ToHex(want), label + " Bytes");
+        check.Equal(
+            HexText(in.size(), [&](char* out, int32_t) { return HexCall(c, out, hexIn.c_str(), hexKey.c_str(), dir); }),
+            UpperHex(want), label + " Hex");
     }
-
     ByteVec buffer = in;
     const int32_t h = InitCall(c, key, dir, mode.c_str(), Ptr(iv));
-    const size_t block = size_t(BlockSize(c));
-    for (size_t at = 0; at < buffer.size(); at += block)
-        UpdateCall(c, h, buffer.data() + at, int32_t(std::min(block, buffer.size() - at)));
+    InPieces(
+        buffer.size(), [&] { return BlockSize(c); },
+        [&](size_t at, size_t n) { UpdateCall(c, h, buffer.data() + at, int32_t(n)); });
     check.True(h != 0 && FinalCall(c, h) == 0, "Init or Final failed", label);
     check.Equal(buffer, want, label + " Init/Update/Final");
-}
-
-int32_t CipherBits(Cipher c) {
-    return c == Cipher::Tdea     ? OPT_CIPHER_TDEA
-           : c == Cipher::Aes128 ? OPT_CIPHER_AES128
-           : c == Cipher::Aes192 ? OPT_CIPHER_AES192
-                                 : OPT_CIPHER_AES256;
 }
 
 // The generic CIPHER_ calls on the same answer, for AES and Triple DES: the
 // cipher named by text or by option bits by turns, no padding.
 void CheckGeneric(Checker& check, Cipher c, const std::string& mode, const ByteVec& key, const ByteVec& iv,
                   const ByteVec& in, const ByteVec& want, int32_t dir, bool byText, const std::string& where) {
-    const std::string label = where + " " + mode + (dir ? " encrypt" : " decrypt");
-    const char* names[] = {"tdea", "aes128", "aes192", "aes256"};
-    const std::string text = std::string(names[CipherBits(c) / 16 - 1]) + "/" + mode + "/nopad";
+    const std::string label = where + " " + mode + (dir ? " encrypt" : " decrypt") + " CIPHER_ ";
+    const int32_t cipher = c == Cipher::Tdea     ? OPT_CIPHER_TDEA
+                           : c == Cipher::Aes128 ? OPT_CIPHER_AES128
+                           : c == Cipher::Aes192 ? OPT_CIPHER_AES192
+                                                 : OPT_CIPHER_AES256;
     const int32_t modeBits = mode == "ECB"   ? OPT_MODE_ECB
                              : mode == "CBC" ? OPT_MODE_CBC
                              : mode == "CFB" ? OPT_MODE_CFB
                              : mode == "OFB" ? OPT_MODE_OFB
                                              : OPT_MODE_CTR;
+    const char* names[] = {"tdea", "aes128", "aes192", "aes256"};
+    const std::string text = std::string(names[cipher / 16 - 1]) + "/" + mode + "/nopad", hexIv = ToHex(iv);
     const char* alg = byText ? text.c_str() : nullptr;
-    const int32_t options = byText ? 0 : CipherBits(c) | modeBits | OPT_PAD_NONE;
+    const char* ivText = iv.empty() ? nullptr : hexIv.c_str();
+    const int32_t options = byText ? 0 : cipher | modeBits | OPT_PAD_NONE;
 
     ByteVec out(in.size());
     auto crypt = dir ? (byText ? CIPHER_EncryptBytes : CIPHER_EncryptBytes2)
                      : (byText ? CIPHER_DecryptBytes : CIPHER_DecryptBytes2);
-    int32_t n =
+    const int32_t n =
         crypt(out.data(), Size(out), in.data(), Size(in), key.data(), Size(key), Ptr(iv), Size(iv), alg, options);
-    check.Equal(n == Size(in) ? ToHex(out) : "error " + std::to_string(n), ToHex(want), label + " CIPHER_ bytes");
-
-    std::string hex(in.size() * 2 + 1, '\0');
-    n = (dir ? CIPHER_EncryptHex : CIPHER_DecryptHex)(hex.data(), int32_t(hex.size() - 1), ToHex(in).c_str(),
-                                                      ToHex(key).c_str(), iv.empty() ? nullptr : ToHex(iv).c_str(), alg,
-                                                      options);
-    check.Equal(n == int32_t(in.size() * 2) ? hex.substr(0, size_t(n)) : "error " + std::to_string(n), UpperHex(want),
-                label + " CIPHER_ hex");
+    check.Equal(OrError(n == Size(in), n, ToHex(out)), ToHex(want), label + "bytes");
+    check.Equal(HexText(in.size(),
+                        [&](char* hex, int32_t room) {
+                            return (dir ? CIPHER_EncryptHex : CIPHER_DecryptHex)(
+                                hex, room, ToHex(in).c_str(), ToHex(key).c_str(), ivText, alg, options);
+                        }),
+                UpperHex(want), label + "hex");
 
     // Stateful, one block per call; by hex when the cipher is named by text.
-    const size_t block = size_t(BlockSize(c));
-    const int32_t h = byText ? CIPHER_InitHex(dir, alg, ToHex(key).c_str(), iv.empty() ? nullptr : ToHex(iv).c_str(), 0)
+    const int32_t h = byText ? CIPHER_InitHex(dir, alg, ToHex(key).c_str(), ivText, 0)
                              : CIPHER_Init(dir, nullptr, key.data(), Size(key), Ptr(iv), Size(iv), options);
     std::string got;
-    for (size_t at = 0; h != 0 && at < in.size(); at += block) {
-        const size_t len = std::min(block, in.size() - at);
-        if (byText) {
-            std::string piece(len * 2 + 1, '\0');
-            if (CIPHER_UpdateHex(h, piece.data(), int32_t(len * 2), ToHex(in.data() + at, len).c_str()) == 0)
-                got += piece.c_str();
-        } else if (CIPHER_Update(h, out.data() + at, int32_t(len), in.data() + at, int32_t(len)) == 0) {
-            got += UpperHex(ByteVec(out.begin() + long(at), out.begin() + long(at + len)));
-        }
-    }
+    InPieces(
+        in.size(), [&] { return BlockSize(c); },
+        [&](size_t at, size_t len) {
+            const std::string piece = ToHex(in.data() + at, len);
+            if (byText) {
+                got += HexText(len,
+                               [&](char* hex, int32_t room) { return CIPHER_UpdateHex(h, hex, room, piece.c_str()); });
+                return;
+            }
+            const int32_t rc = CIPHER_Update(h, out.data(), int32_t(len), in.data() + at, int32_t(len));
+            got += OrError(rc == 0, rc, UpperHex(ByteVec(out.begin(), out.begin() + long(len))));
+        });
     check.True(h != 0 && CIPHER_Final(h) == 0, "CIPHER_Init or CIPHER_Final failed", label);
-    check.Equal(got, UpperHex(want), label + " CIPHER_ stateful");
+    check.Equal(got, UpperHex(want), label + "stateful");
 }
 
 // A CAVP response file of [ENCRYPT] and [DECRYPT] sections. "KEYs" is one
 // DES key used three times, so those records are DES answers as well.
 void RunCavpFile(Checker& check, const std::string& file, Cipher c, const std::string& mode) {
     EachRecord(check, file, [&](const VectorRecord& r, const std::string& where) {
-        ByteVec key = r.Bytes("KEY");
-        if (r.Has("KEY1")) {
-            for (const char* part : {"KEY1", "KEY2", "KEY3"}) {
-                const ByteVec k = r.Bytes(part);
-                key.insert(key.end(), k.begin(), k.end());
-            }
-        }
         const bool encrypt = r.section.count("ENCRYPT") != 0;
         const ByteVec pt = r.Bytes("PLAINTEXT"), ct = r.Bytes("CIPHERTEXT"), iv = r.Bytes("IV");
-        const ByteVec& in = encrypt ? pt : ct;
-        const ByteVec& want = encrypt ? ct : pt;
-        if (r.Has("KEYs")) {
-            const ByteVec k = r.Bytes("KEYs");
-            key = k;
-            key.insert(key.end(), k.begin(), k.end());
-            key.insert(key.end(), k.begin(), k.end());
-            CheckFamily(check, Cipher::Des, mode, k, iv, in, want, encrypt, where + " DES");
-        }
+        const ByteVec &in = encrypt ? pt : ct, &want = encrypt ? ct : pt;
+        const ByteVec key =
+            r.Has("KEYs") ? Joined(r, {"KEYs", "KEYs", "KEYs"}) : Joined(r, {"KEY", "KEY1", "KEY2", "KEY3"});
+        if (r.Has("KEYs"))
+            CheckFamily(check, Cipher::Des, mode, r.Bytes("KEYs"), iv, in, want, encrypt, where + " DES");
         CheckFamily(check, c, mode, key, iv, in, want, encrypt, where);
         CheckGeneric(check, c, mode, key, iv, in, want, encrypt, r.line % 2 == 0, where);
     });
 }
 
-}  // namespace
-
-CONFORMANCE_SUITE(Vectors, AesKnownAnswers, 8312,
-                  "AES-128, AES-192, AES-256 in ECB, CBC, CFB-128, OFB, both directions",
-                  "NIST CAVP AESAVS known answers: nist-cavp/aes/kat/{ECB,CBC,CFB128,OFB}"
-                  "{GFSbox,KeySbox,VarKey,VarTxt}{128,192,256}.rsp (48 files, complete)",
-                  AES_CALLS " " GENERIC_CALLS) {
-    for (const char* mode : {"ECB", "CBC", "CFB128", "OFB"}) {
-        for (const char* kind : {"GFSbox", "KeySbox", "VarKey", "VarTxt"}) {
-            for (int bits : {128, 192, 256}) {
-                const Cipher c = bits == 128 ? Cipher::Aes128 : bits == 192 ? Cipher::Aes192 : Cipher::Aes256;
-                RunCavpFile(check, "nist-cavp/aes/kat/" + std::string(mode) + kind + std::to_string(bits) + ".rsp", c,
-                            std::string(mode).substr(0, 3));
-            }
-        }
-    }
+// Every file dir + mode + kind + size + ".rsp" of a CAVP set; the calls take
+// the first three letters of the mode.
+void RunCavpSet(Checker& check, const std::string& dir, std::initializer_list<const char*> modes,
+                std::initializer_list<const char*> kinds, std::initializer_list<std::pair<const char*, Cipher>> sizes) {
+    for (const char* mode : modes)
+        for (const char* kind : kinds)
+            for (const auto& [size, c] : sizes)
+                RunCavpFile(check, dir + mode + kind + size + ".rsp", c, std::string(mode).substr(0, 3));
 }
 
-CONFORMANCE_SUITE(Vectors, AesMultiBlock, 240, "AES-128, AES-192, AES-256 in ECB, CBC, CFB-128, OFB, 1 to 10 blocks",
-                  "NIST CAVP AESAVS multi-block messages: nist-cavp/aes/mmt/{ECB,CBC,CFB128,OFB}MMT{128,192,256}.rsp "
-                  "(12 files, complete)",
-                  AES_CALLS " " GENERIC_CALLS) {
-    for (const char* mode : {"ECB", "CBC", "CFB128", "OFB"}) {
-        for (int bits : {128, 192, 256}) {
-            const Cipher c = bits == 128 ? Cipher::Aes128 : bits == 192 ? Cipher::Aes192 : Cipher::Aes256;
-            RunCavpFile(check, "nist-cavp/aes/mmt/" + std::string(mode) + "MMT" + std::to_string(bits) + ".rsp", c,
-                        std::string(mode).substr(0, 3));
-        }
-    }
-}
-
-CONFORMANCE_SUITE(Vectors, TdesKnownAnswers, 1880,
-                  "Triple DES (and single DES, K1 = K2 = K3) in ECB, CBC, CFB-64, OFB, both directions",
-                  "NIST CAVP TDESAVS known answers: nist-cavp/tdes/kat/T{ECB,CBC,CFB64,OFB}"
-                  "{invperm,permop,subtab,varkey,vartext}.rsp (20 files, complete)",
-                  TDEA_CALLS " " DES_CALLS " " GENERIC_CALLS) {
-    for (const char* mode : {"ECB", "CBC", "CFB64", "OFB"}) {
-        for (const char* kind : {"invperm", "permop", "subtab", "varkey", "vartext"}) {
-            RunCavpFile(check, "nist-cavp/tdes/kat/T" + std::string(mode) + kind + ".rsp", Cipher::Tdea,
-                        std::string(mode).substr(0, 3));
-        }
-    }
-}
-
-CONFORMANCE_SUITE(Vectors, TdesMultiBlock, 240,
-                  "Triple DES with one, two and three distinct keys in ECB, CBC, CFB-64, OFB",
-                  "NIST CAVP TDESAVS multi-block messages: nist-cavp/tdes/mmt/T{ECB,CBC,CFB64,OFB}MMT{1,2,3}.rsp "
-                  "(12 files, complete)",
-                  TDEA_CALLS " " GENERIC_CALLS) {
-    for (const char* mode : {"ECB", "CBC", "CFB64", "OFB"}) {
-        for (int set : {1, 2, 3}) {
-            RunCavpFile(check, "nist-cavp/tdes/mmt/T" + std::string(mode) + "MMT" + std::to_string(set) + ".rsp",
-                        Cipher::Tdea, std::string(mode).substr(0, 3));
-        }
-    }
-}
-
-CONFORMANCE_SUITE(Vectors, BlockModeExamples, 53,
-                  "AES-128, AES-192, AES-256 and Triple DES in ECB, CBC, CFB, OFB and CTR; the AES block itself",
-                  "NIST SP 800-38A F.1-F.5, SP 800-67 mode examples (parsed/block_modes_examples_aes_tdes.txt), "
-                  "FIPS 197 Appendix C (aes_fips197_appendix_c.txt)",
-                  AES_CALLS " " TDEA_CALLS " " GENERIC_CALLS) {
-    const std::string examples = "parsed/block_modes_examples_aes_tdes.txt";
-    EachRecord(check, examples, [&](const VectorRecord& r, const std::string& where) {
-        const bool encrypt = r.Get("DIRECTION") == "ENCRYPT";
-        const ByteVec pt = r.Bytes("PLAINTEXT"), ct = r.Bytes("CIPHERTEXT");
-        const Cipher c = CipherFromName(r.Get("CIPHER"));
-        const std::string mode = r.Get("MODE").substr(0, 3);
-        CheckFamily(check, c, mode, r.Bytes("KEY"), r.Bytes("IV"), encrypt ? pt : ct, encrypt ? ct : pt, encrypt,
-                    where);
-        for (bool byText : {false, true})
-            CheckGeneric(check, c, mode, r.Bytes("KEY"), r.Bytes("IV"), encrypt ? pt : ct, encrypt ? ct : pt, encrypt,
-                         byText, where);
-    });
-    const std::string fips197 = "aes_fips197_appendix_c.txt";
-    EachRecord(check, fips197, [&](const VectorRecord& r, const std::string& where) {
-        const Cipher c = CipherFromName(r.section.begin()->first);
-        const ByteVec key = r.Bytes("KEY"), pt = r.Bytes("PLAINTEXT"), ct = r.Bytes("CIPHERTEXT");
-        CheckFamily(check, c, "ECB", key, {}, pt, ct, 1, where);
-        CheckFamily(check, c, "ECB", key, {}, ct, pt, 0, where);
-    });
-}
-
-CONFORMANCE_SUITE(Vectors, Blowfish, 61, "Blowfish with keys of 1 to 24 bytes in ECB, CBC, CFB-64, OFB-64",
-                  "Published Blowfish vectors (E. Young): rfc/blowfish_eay_vectors.txt",
-                  "BLF_BytesMode BLF_HexMode BLF_Bytes BLF_Hex BLF_Init BLF_Update BLF_Final") {
-    const std::string file = "rfc/blowfish_eay_vectors.txt";
-    EachRecord(check, file, [&](const VectorRecord& r, const std::string& where) {
-        const std::string mode = r.Has("MODE") ? r.Get("MODE").substr(0, 3) : "ECB";
-        const ByteVec key = r.Bytes("KEY"), iv = r.Bytes("IV"), pt = r.Bytes("PLAINTEXT"), ct = r.Bytes("CIPHERTEXT");
-        CheckFamily(check, Cipher::Blf, mode, key, iv, pt, ct, 1, where);
-        CheckFamily(check, Cipher::Blf, mode, key, iv, ct, pt, 0, where);
-    });
-}
-
-namespace {
+const auto kAesSizes = {std::pair{"128", Cipher::Aes128}, std::pair{"192", Cipher::Aes192},
+                        std::pair{"256", Cipher::Aes256}};
 
 int32_t AesWrapOption(size_t kekLength) {
     return kekLength == 16 ? OPT_CIPHER_AES128 : kekLength == 24 ? OPT_CIPHER_AES192 : OPT_CIPHER_AES256;
@@ -250,10 +152,88 @@ std::string Unwrapped(const ByteVec& data, const ByteVec& kek) {
 
 }  // namespace
 
+CONFORMANCE_SUITE(Vectors, AesKnownAnswers, 8312,
+                  "AES-128, AES-192, AES-256 in ECB, CBC, CFB-128, OFB, both directions",
+                  "NIST CAVP AESAVS known answers: nist-cavp/aes/kat/{ECB,CBC,CFB128,OFB}"
+                  "{GFSbox,KeySbox,VarKey,VarTxt}{128,192,256}.rsp (48 files, complete)",
+                  AES_CALLS " " GENERIC_CALLS) {
+    RunCavpSet(check, "nist-cavp/aes/kat/", {"ECB", "CBC", "CFB128", "OFB"}, {"GFSbox", "KeySbox", "VarKey", "VarTxt"},
+               kAesSizes);
+}
+
+CONFORMANCE_SUITE(Vectors, AesMultiBlock, 240, "AES-128, AES-192, AES-256 in ECB, CBC, CFB-128, OFB, 1 to 10 blocks",
+                  "NIST CAVP AESAVS multi-block messages: "
+                  "nist-cavp/aes/mmt/{ECB,CBC,CFB128,OFB}MMT{128,192,256}.rsp "
+                  "(12 files, complete)",
+                  AES_CALLS " " GENERIC_CALLS) {
+    RunCavpSet(check, "nist-cavp/aes/mmt/", {"ECB", "CBC", "CFB128", "OFB"}, {"MMT"}, kAesSizes);
+}
+
+CONFORMANCE_SUITE(Vectors, TdesKnownAnswers, 1880,
+                  "Triple DES (and single DES, K1 = K2 = K3) in ECB, CBC, CFB-64, OFB, both "
+                  "directions",
+                  "NIST CAVP TDESAVS known answers: nist-cavp/tdes/kat/T{ECB,CBC,CFB64,OFB}"
+                  "{invperm,permop,subtab,varkey,vartext}.rsp (20 files, complete)",
+                  TDEA_CALLS " " DES_CALLS " " GENERIC_CALLS) {
+    RunCavpSet(check, "nist-cavp/tdes/kat/T", {"ECB", "CBC", "CFB64", "OFB"},
+               {"invperm", "permop", "subtab", "varkey", "vartext"}, {{"", Cipher::Tdea}});
+}
+
+CONFORMANCE_SUITE(Vectors, TdesMultiBlock, 240,
+                  "Triple DES with one, two and three distinct keys in ECB, CBC, CFB-64, OFB",
+                  "NIST CAVP TDESAVS multi-block messages: "
+                  "nist-cavp/tdes/mmt/T{ECB,CBC,CFB64,OFB}MMT{1,2,3}.rsp "
+                  "(12 files, complete)",
+                  TDEA_CALLS " " GENERIC_CALLS) {
+    RunCavpSet(check, "nist-cavp/tdes/mmt/T", {"ECB", "CBC", "CFB64", "OFB"}, {"MMT"},
+               {{"1", Cipher::Tdea}, {"2", Cipher::Tdea}, {"3", Cipher::Tdea}});
+}
+
+CONFORMANCE_SUITE(Vectors, BlockModeExamples, 53,
+                  "AES-128, AES-192, AES-256 and Triple DES in ECB, CBC, CFB, "
+                  "OFB and CTR; the AES block itself",
+                  "NIST SP 800-38A F.1-F.5, SP 800-67 mode examples "
+                  "(parsed/block_modes_examples_aes_tdes.txt), "
+                  "FIPS 197 Appendix C (aes_fips197_appendix_c.txt)",
+                  AES_CALLS " " TDEA_CALLS " " GENERIC_CALLS) {
+    const std::string examples = "parsed/block_modes_examples_aes_tdes.txt";
+    EachRecord(check, examples, [&](const VectorRecord& r, const std::string& where) {
+        const bool encrypt = r.Get("DIRECTION") == "ENCRYPT";
+        const ByteVec pt = r.Bytes("PLAINTEXT"), ct = r.Bytes("CIPHERTEXT");
+        const ByteVec key = r.Bytes("KEY"), iv = r.Bytes("IV"), &in = encrypt ? pt : ct, &want = encrypt ? ct : pt;
+        const Cipher c = CipherFromName(r.Get("CIPHER"));
+        const std::string mode = r.Get("MODE").substr(0, 3);
+        CheckFamily(check, c, mode, key, iv, in, want, encrypt, where);
+        for (bool byText : {false, true}) CheckGeneric(check, c, mode, key, iv, in, want, encrypt, byText, where);
+    });
+    const std::string fips197 = "aes_fips197_appendix_c.txt";
+    EachRecord(check, fips197, [&](const VectorRecord& r, const std::string& where) {
+        const Cipher c = CipherFromName(r.section.begin()->first);
+        const ByteVec key = r.Bytes("KEY"), pt = r.Bytes("PLAINTEXT"), ct = r.Bytes("CIPHERTEXT");
+        CheckFamily(check, c, "ECB", key, {}, pt, ct, 1, where);
+        CheckFamily(check, c, "ECB", key, {}, ct, pt, 0, where);
+    });
+}
+
+CONFORMANCE_SUITE(Vectors, Blowfish, 61, "Blowfish with keys of 1 to 24 bytes in ECB, CBC, CFB-64, OFB-64",
+                  "Published Blowfish vectors (E. Young): rfc/blowfish_eay_vectors.txt",
+                  "BLF_BytesMode BLF_HexMode BLF_Bytes BLF_Hex BLF_Init BLF_Update "
+                  "BLF_Final") {
+    const std::string file = "rfc/blowfish_eay_vectors.txt";
+    EachRecord(check, file, [&](const VectorRecord& r, const std::string& where) {
+        const std::string mode = r.Has("MODE") ? r.Get("MODE").substr(0, 3) : "ECB";
+        const ByteVec key = r.Bytes("KEY"), iv = r.Bytes("IV"), pt = r.Bytes("PLAINTEXT"), ct = r.Bytes("CIPHERTEXT");
+        CheckFamily(check, Cipher::Blf, mode, key, iv, pt, ct, 1, where);
+        CheckFamily(check, Cipher::Blf, mode, key, iv, ct, pt, 0, where);
+    });
+}
+
 CONFORMANCE_SUITE(Vectors, KeyWrap, 3006,
-                  "AES Key Wrap (RFC 3394 / SP 800-38F KW) with 128/192/256-bit KEKs, keys of 128 to 4096 bits, "
+                  "AES Key Wrap (RFC 3394 / SP 800-38F KW) with 128/192/256-bit KEKs, keys "
+                  "of 128 to 4096 bits, "
                   "failing integrity checks",
-                  "NIST CAVP KWVS: nist-cavp/keywrap/KW_{AE,AD}_{128,192,256}.txt (complete); RFC 3394 section 4 "
+                  "NIST CAVP KWVS: nist-cavp/keywrap/KW_{AE,AD}_{128,192,256}.txt "
+                  "(complete); RFC 3394 section 4 "
                   "(rfc/rfc3394_aes_keywrap.txt)",
                   "CIPHER_KeyWrap CIPHER_KeyUnwrap") {
     for (const char* bits : {"128", "192", "256"}) {
@@ -263,8 +243,7 @@ CONFORMANCE_SUITE(Vectors, KeyWrap, 3006,
         });
         const std::string ad = std::string("nist-cavp/keywrap/KW_AD_") + bits + ".txt";
         EachRecord(check, ad, [&](const VectorRecord& r, const std::string& where) {
-            check.Equal(Unwrapped(r.Bytes("C"), r.Bytes("K")), r.fail ? "refused, zeroed" : Lower(r.Get("P")),
-                        where);
+            check.Equal(Unwrapped(r.Bytes("C"), r.Bytes("K")), r.fail ? "refused, zeroed" : Lower(r.Get("P")), where);
         });
     }
     const std::string rfc = "rfc/rfc3394_aes_keywrap.txt";

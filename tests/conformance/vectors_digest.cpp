@@ -1,20 +1,51 @@
 // Published digest and XOF vectors: NIST SHAVS and SHA3VS byte and bit sets,
 // SHAKE, the FIPS 202 examples, the RFC and author sets for MD5, MD2 and
 // RIPEMD-160, and the Ascon v1.2 hash and XOF known answers.
-#include <algorithm>
-
 #include "registry.h"
 
 namespace {
 
+// The SHA1_, SHA2_ and MD5_ family calls.
+struct Family {
+    size_t size;
+    int32_t (*bytes)(unsigned char*, const unsigned char*, int32_t);
+    int32_t (*hex)(char*, const unsigned char*, int32_t);
+    int32_t (*init)();
+    int32_t (*add)(int32_t, const unsigned char*, int32_t);
+    int32_t (*digest)(char*, int32_t);
+};
+
+const Family kSha1Family{20, SHA1_BytesHash, SHA1_BytesHexHash, SHA1_Init, SHA1_AddBytes, SHA1_HexDigest};
+const Family kSha256Family{32, SHA2_BytesHash, SHA2_BytesHexHash, SHA2_Init, SHA2_AddBytes, SHA2_HexDigest};
+const Family kMd5Family{16, MD5_BytesHash, MD5_BytesHexHash, MD5_Init, MD5_AddBytes, MD5_HexDigest};
+
 struct DigestFile {
     const char* file;
     int32_t option;
+    const Family* family = nullptr;
 };
 
-std::string HexOf(const ByteVec& msg, int32_t option) {
+// The family calls over one message, the stream fed in pieces of `piece` bytes.
+void CheckFamily(Checker& check, const Family& f, const ByteVec& msg, const std::string& md, size_t piece,
+                 const std::string& where) {
+    uint8_t digest[32];
+    char hex[65] = {};
+    f.bytes(digest, Ptr(msg), Size(msg));
+    check.Equal(ToHex(digest, f.size), md, where + " BytesHash");
+    f.hex(hex, Ptr(msg), Size(msg));
+    check.Equal(std::string(hex), md, where + " BytesHexHash");
+    const int32_t h = f.init();
+    InPieces(
+        msg.size(), [&] { return piece; }, [&](size_t at, size_t n) { f.add(h, msg.data() + at, int32_t(n)); });
+    f.digest(hex, h);
+    check.Equal(std::string(hex), md, where + " HexDigest");
+}
+
+// HASH_HexFromBytes, or HASH_HexFromHex over the message as hex.
+std::string HexOf(const ByteVec& msg, int32_t option, bool fromHex = false) {
     char out[129] = {};
-    int32_t n = HASH_HexFromBytes(out, 128, Ptr(msg), Size(msg), option);
+    const int32_t n = fromHex ? HASH_HexFromHex(out, 128, ToHex(msg).c_str(), option)
+                              : HASH_HexFromBytes(out, 128, Ptr(msg), Size(msg), option);
     return OrError(n >= 0, n, out);
 }
 
@@ -24,26 +55,20 @@ std::string BitsHexOf(const ByteVec& msg, int32_t bits, int32_t option) {
     return OrError(n >= 0, n, out);
 }
 
-// The stream calls, fed in pieces whose sizes vary with the record.
-std::string StreamHexOf(const ByteVec& msg, int32_t option, size_t piece) {
-    int32_t h = HASH_Init(option);
-    if (h == 0) return "no handle";
-    for (size_t at = 0; at < msg.size(); at += piece) {
-        int32_t n = int32_t(std::min(piece, msg.size() - at));
-        if (HASH_AddBytes(h, msg.data() + at, n) != 0) return "add failed";
-    }
+// The stream calls of HASH_ or, with sha3Bits, of SHA3_, fed in pieces.
+std::string StreamHexOf(const ByteVec& msg, int32_t option, int32_t sha3Bits, size_t piece) {
+    const int32_t h = sha3Bits ? SHA3_Init(sha3Bits) : HASH_Init(option);
+    int32_t rc = h == 0 ? -1 : 0;
+    InPieces(
+        msg.size(), [&] { return piece; },
+        [&](size_t at, size_t n) {
+            if (rc == 0) rc = (sha3Bits ? SHA3_AddBytes : HASH_AddBytes)(h, msg.data() + at, int32_t(n));
+        });
+    if (rc != 0) return "no handle or add failed";
+    char hex[129] = {};
     uint8_t out[64];
-    int32_t n = HASH_Final(out, 64, h);
-    return OrError(n >= 0, n, ToHex(out, size_t(std::max(n, 0))));
-}
-
-std::string Sha3StreamHexOf(const ByteVec& msg, int32_t bits, size_t piece) {
-    int32_t h = SHA3_Init(bits);
-    for (size_t at = 0; at < msg.size(); at += piece)
-        SHA3_AddBytes(h, msg.data() + at, int32_t(std::min(piece, msg.size() - at)));
-    char out[129] = {};
-    int32_t n = SHA3_HexDigest(out, 128, h);
-    return OrError(n >= 0, n, out);
+    const int32_t n = sha3Bits ? SHA3_HexDigest(hex, 128, h) : HASH_Final(out, 64, h);
+    return OrError(n >= 0, n, sha3Bits ? hex : ToHex(out, size_t(std::max(n, 0))));
 }
 
 // "Len" counts bits; Len = 0 comes with Msg = 00, the empty message.
@@ -55,29 +80,40 @@ ByteVec MessageOf(const VectorRecord& r) {
 
 // The Short and Long message files of one digest; name is the file stem
 // ("SHA256", "SHA3_256").
-void RunByteSet(Checker& check, const std::string& dir, const std::string& name, int32_t option, int32_t sha3Bits) {
+void RunByteSet(Checker& check, const std::string& dir, const std::string& name, int32_t option, int32_t sha3Bits,
+                const Family* family) {
     for (const char* kind : {"ShortMsg.rsp", "LongMsg.rsp"}) {
         EachRecord(check, dir + name + kind, [&](const VectorRecord& r, const std::string& where) {
             const std::string md = r.Get("MD");
             const ByteVec msg = MessageOf(r);
             check.Equal(HexOf(msg, option), md, where + " HASH_HexFromBytes");
-            char hex[129] = {};
-            int32_t n = HASH_HexFromHex(hex, 128, ToHex(msg).c_str(), option);
-            check.Equal(OrError(n >= 0, n, hex), md, where + " HASH_HexFromHex");
+            check.Equal(HexOf(msg, option, true), md, where + " HASH_HexFromHex");
             ByteVec padded = msg;
             padded.push_back(0);  // the bit call wants a buffer even for 0 bits
             check.Equal(BitsHexOf(padded, int32_t(r.Int("Len")), option), md, where + " HASH_HexFromBits");
-            check.Equal(StreamHexOf(msg, option, 1 + size_t(r.line) % 150), md, where + " HASH_ stream");
-            if (sha3Bits) check.Equal(Sha3StreamHexOf(msg, sha3Bits, 1 + size_t(r.line) % 200), md, where + " SHA3_");
+            check.Equal(StreamHexOf(msg, option, 0, 1 + size_t(r.line) % 150), md, where + " HASH_ stream");
+            if (sha3Bits) check.Equal(StreamHexOf(msg, 0, sha3Bits, 1 + size_t(r.line) % 200), md, where + " SHA3_");
+            if (family) CheckFamily(check, *family, msg, md, msg.size() / 2 + 1, where);
         });
     }
 }
 
-const DigestFile kSha[] = {{"SHA1", OPT_HASH_SHA1},
+const DigestFile kSha[] = {{"SHA1", OPT_HASH_SHA1, &kSha1Family},
                            {"SHA224", OPT_HASH_SHA224},
-                           {"SHA256", OPT_HASH_SHA256},
+                           {"SHA256", OPT_HASH_SHA256, &kSha256Family},
                            {"SHA384", OPT_HASH_SHA384},
                            {"SHA512", OPT_HASH_SHA512}};
+
+// SHAKE through XOF_Bytes and through PRF_Bytes, which ignores key and
+// custom string for these options.
+void CheckShake(Checker& check, int32_t option, const ByteVec& msg, const std::string& want, const std::string& where) {
+    ByteVec out(want.size() / 2);
+    int32_t n = XOF_Bytes(out.data(), Size(out), Ptr(msg), Size(msg), option);
+    check.Equal(n == Size(out) ? ToHex(out) : "error " + std::to_string(n), Lower(want), where + " XOF_Bytes");
+    const uint8_t key[3] = {1, 2, 3};
+    n = PRF_Bytes(out.data(), Size(out), NonNull(msg), Size(msg), key, 3, "ignored", option);
+    check.Equal(n == Size(out) ? ToHex(out) : "error " + std::to_string(n), Lower(want), where + " PRF_Bytes");
+}
 
 }  // namespace
 
@@ -86,38 +122,7 @@ CONFORMANCE_SUITE(Vectors, Sha1Sha2Bytes, 901, "SHA-1, SHA-224, SHA-256, SHA-384
                   "HASH_HexFromBytes HASH_HexFromHex HASH_HexFromBits HASH_Init HASH_AddBytes HASH_Final "
                   "SHA1_BytesHash SHA2_BytesHash SHA1_BytesHexHash SHA2_BytesHexHash SHA1_Init SHA1_AddBytes "
                   "SHA1_HexDigest SHA2_Init SHA2_AddBytes SHA2_HexDigest") {
-    for (const DigestFile& f : kSha) RunByteSet(check, "nist-cavp/sha/byte/", f.file, f.option, 0);
-    // The SHA1_ and SHA2_ families over the same SHA-1 and SHA-256 sets.
-    const struct {
-        const char* file;
-        size_t size;
-        int32_t (*bytes)(unsigned char*, const unsigned char*, int32_t);
-        int32_t (*hex)(char*, const unsigned char*, int32_t);
-        int32_t (*init)();
-        int32_t (*add)(int32_t, const unsigned char*, int32_t);
-        int32_t (*digest)(char*, int32_t);
-    } families[] = {{"SHA1", 20, SHA1_BytesHash, SHA1_BytesHexHash, SHA1_Init, SHA1_AddBytes, SHA1_HexDigest},
-                    {"SHA256", 32, SHA2_BytesHash, SHA2_BytesHexHash, SHA2_Init, SHA2_AddBytes, SHA2_HexDigest}};
-    for (const auto& f : families) {
-        for (const char* kind : {"ShortMsg.rsp", "LongMsg.rsp"}) {
-            const std::string file = "nist-cavp/sha/byte/" + std::string(f.file) + kind;
-            for (const VectorRecord& r : ReadVectorFile(file)) {
-                const ByteVec msg = MessageOf(r);
-                const size_t half = msg.size() / 2;
-                uint8_t digest[32];
-                char hex[65] = {};
-                f.bytes(digest, Ptr(msg), Size(msg));
-                check.Equal(ToHex(digest, f.size), r.Get("MD"), Where(file, r) + " BytesHash");
-                f.hex(hex, Ptr(msg), Size(msg));
-                check.Equal(std::string(hex), r.Get("MD"), Where(file, r) + " BytesHexHash");
-                const int32_t h = f.init();
-                f.add(h, msg.data(), int32_t(half));
-                f.add(h, msg.data() + half, int32_t(msg.size() - half));
-                f.digest(hex, h);
-                check.Equal(std::string(hex), r.Get("MD"), Where(file, r) + " HexDigest");
-            }
-        }
-    }
+    for (const DigestFile& f : kSha) RunByteSet(check, "nist-cavp/sha/byte/", f.file, f.option, 0, f.family);
 }
 
 CONFORMANCE_SUITE(Vectors, Sha1Sha2Bits, 3589, "SHA-1, SHA-224, SHA-256, SHA-384, SHA-512 of any bit length",
@@ -140,7 +145,7 @@ CONFORMANCE_SUITE(Vectors, Sha3Bytes, 856, "SHA3-224, SHA3-256, SHA3-384, SHA3-5
                   "SHA3_HexDigest") {
     for (auto [bits, option] : {std::pair{224, OPT_HASH_SHA3_224}, std::pair{256, OPT_HASH_SHA3_256},
                                 std::pair{384, OPT_HASH_SHA3_384}, std::pair{512, OPT_HASH_SHA3_512}})
-        RunByteSet(check, "nist-cavp/sha3/", "SHA3_" + std::to_string(bits), option, bits);
+        RunByteSet(check, "nist-cavp/sha3/", "SHA3_" + std::to_string(bits), option, bits, nullptr);
 }
 
 CONFORMANCE_SUITE(Vectors, Sha3Bits, 24, "SHA3-224, SHA3-256, SHA3-384, SHA3-512 of 0, 5, 30, 1600, 1605, 1630 bits",
@@ -161,30 +166,18 @@ CONFORMANCE_SUITE(Vectors, Md5Md2Ripemd160, 22, "MD5, MD2, RIPEMD-160",
                   "rfc/ripemd160_vectors.txt",
                   "HASH_HexFromBytes HASH_HexFromHex HASH_Bytes MD5_BytesHash MD5_BytesHexHash MD5_Init MD5_AddBytes "
                   "MD5_HexDigest") {
-    static const DigestFile files[] = {{"rfc/rfc1321_md5.txt", OPT_HASH_MD5},
+    static const DigestFile files[] = {{"rfc/rfc1321_md5.txt", OPT_HASH_MD5, &kMd5Family},
                                        {"rfc/rfc1319_md2.txt", OPT_HASH_MD2},
                                        {"rfc/ripemd160_vectors.txt", OPT_HASH_RMD160}};
     for (const DigestFile& f : files) {
         EachRecord(check, f.file, [&](const VectorRecord& r, const std::string& where) {
             const ByteVec msg = MessageOf(r);
             check.Equal(HexOf(msg, f.option), r.Get("MD"), where + " HASH_HexFromBytes");
-            char text[41] = {};
-            HASH_HexFromHex(text, 40, ToHex(msg).c_str(), f.option);
-            check.Equal(std::string(text), r.Get("MD"), where + " HASH_HexFromHex");
+            check.Equal(HexOf(msg, f.option, true), r.Get("MD"), where + " HASH_HexFromHex");
             uint8_t out[20];
             int32_t n = HASH_Bytes(out, 20, Ptr(msg), Size(msg), f.option);
             check.Equal(n < 0 ? "error" : ToHex(out, size_t(n)), r.Get("MD"), where + " HASH_Bytes");
-            if (f.option != OPT_HASH_MD5) return;
-            char hex[33] = {};
-            MD5_BytesHexHash(hex, Ptr(msg), Size(msg));
-            check.Equal(std::string(hex), r.Get("MD"), where + " MD5_BytesHexHash");
-            MD5_BytesHash(out, Ptr(msg), Size(msg));
-            check.Equal(ToHex(out, 16), r.Get("MD"), where + " MD5_BytesHash");
-            const int32_t h = MD5_Init();
-            for (size_t at = 0; at < msg.size(); at += 5)
-                MD5_AddBytes(h, msg.data() + at, int32_t(std::min<size_t>(5, msg.size() - at)));
-            MD5_HexDigest(hex, h);
-            check.Equal(std::string(hex), r.Get("MD"), where + " MD5_ stream");
+            if (f.family) CheckFamily(check, *f.family, msg, r.Get("MD"), 5, where + " MD5_");
         });
     }
 }
@@ -204,21 +197,6 @@ CONFORMANCE_SUITE(Vectors, AsconHash, 2050, "Ascon-Hash, Ascon-HashA (v1.2), mes
         });
     }
 }
-
-namespace {
-
-// SHAKE through XOF_Bytes and through PRF_Bytes, which ignores key and
-// custom string for these options.
-void CheckShake(Checker& check, int32_t option, const ByteVec& msg, const std::string& want, const std::string& where) {
-    ByteVec out(want.size() / 2);
-    int32_t n = XOF_Bytes(out.data(), Size(out), Ptr(msg), Size(msg), option);
-    check.Equal(n == Size(out) ? ToHex(out) : "error " + std::to_string(n), Lower(want), where + " XOF_Bytes");
-    const uint8_t key[3] = {1, 2, 3};
-    n = PRF_Bytes(out.data(), Size(out), NonNull(msg), Size(msg), key, 3, "ignored", option);
-    check.Equal(n == Size(out) ? ToHex(out) : "error " + std::to_string(n), Lower(want), where + " PRF_Bytes");
-}
-
-}  // namespace
 
 CONFORMANCE_SUITE(Vectors, Shake, 831,
                   "SHAKE128, SHAKE256: byte-oriented messages, 128/256-bit and variable outputs up to 4096 bits",

@@ -23,6 +23,53 @@ void CheckFamily(Checker& check, const Family& f, const ByteVec& key, const Byte
     check.Equal(rc ? "error" : std::string(out).substr(0, mac.size()), Lower(mac), where + " hex");
 }
 
+// The MAC_ one-shots cut the code to the capacity given: bytes, hex from
+// bytes, hex from hex. mac is the (possibly truncated) published code.
+void CheckMac(Checker& check, int32_t option, const ByteVec& key, const ByteVec& msg, const std::string& mac,
+              const std::string& where) {
+    const std::string want = Lower(mac);
+    ByteVec out(mac.size() / 2);
+    int32_t n = MAC_Bytes(out.data(), Size(out), Ptr(msg), Size(msg), NonNull(key), Size(key), option);
+    check.Equal(n == Size(out) ? ToHex(out) : "error " + std::to_string(n), want, where + " MAC_Bytes");
+    std::string hex(mac.size() + 1, '\0');
+    n = MAC_HexFromBytes(hex.data(), int32_t(mac.size()), Ptr(msg), Size(msg), NonNull(key), Size(key), option);
+    check.Equal(n == int32_t(mac.size()) ? hex.c_str() : "error " + std::to_string(n), want,
+                where + " MAC_HexFromBytes");
+    n = MAC_HexFromHex(hex.data(), int32_t(mac.size()), ToHex(msg).c_str(), ToHex(key).c_str(), option);
+    check.Equal(n == int32_t(mac.size()) ? hex.c_str() : "error " + std::to_string(n), want, where + " MAC_HexFromHex");
+}
+
+// The HMAC stream, fed in three pieces.
+void CheckMacStream(Checker& check, int32_t option, const ByteVec& key, const ByteVec& msg, const std::string& mac,
+                    const std::string& where) {
+    const int32_t h = MAC_Init(key.data(), Size(key), option);
+    int32_t rc = h ? 0 : -1;
+    InPieces(msg.size(), [&] { return msg.size() / 3 + 1; }, [&](size_t at, size_t n) {
+        if (rc == 0) rc = MAC_AddBytes(h, msg.data() + at, int32_t(n));
+    });
+    ByteVec out(mac.size() / 2);
+    if (rc == 0) rc = MAC_Final(out.data(), Size(out), h) == Size(out) ? 0 : -1;
+    check.Equal(rc ? "error" : ToHex(out), Lower(mac), where + " MAC_Init/AddBytes/Final");
+}
+
+int32_t CmacOption(const std::string& cipher) {
+    return cipher == "AES128"   ? OPT_CMAC_AES128
+           : cipher == "AES192" ? OPT_CMAC_AES192
+           : cipher == "AES256" ? OPT_CMAC_AES256
+                                : OPT_CMAC_TDEA;
+}
+
+int32_t HmacOption(const std::string& digest) {
+    static const std::pair<const char*, int32_t> names[] = {
+        {"SHA-1", OPT_HMAC_SHA1},        {"MD5", OPT_HMAC_MD5},           {"SHA-224", OPT_HMAC_SHA224},
+        {"SHA-256", OPT_HMAC_SHA256},    {"SHA-384", OPT_HMAC_SHA384},    {"SHA-512", OPT_HMAC_SHA512},
+        {"RIPEMD-160", OPT_HMAC_RMD160}, {"SHA3-224", OPT_HMAC_SHA3_224}, {"SHA3-256", OPT_HMAC_SHA3_256},
+        {"SHA3-384", OPT_HMAC_SHA3_384}, {"SHA3-512", OPT_HMAC_SHA3_512}};
+    for (const auto& n : names)
+        if (digest == n.first) return n.second;
+    return -1;
+}
+
 }  // namespace
 
 CONFORMANCE_SUITE(
@@ -51,51 +98,6 @@ CONFORMANCE_SUITE(
         }
     }
 }
-
-namespace {
-
-// The MAC_ one-shots cut the code to the capacity given: bytes, hex from
-// bytes, hex from hex. mac is the (possibly truncated) published code.
-void CheckMac(Checker& check, int32_t option, const ByteVec& key, const ByteVec& msg, const std::string& mac,
-              const std::string& where) {
-    const std::string want = Lower(mac);
-    ByteVec out(mac.size() / 2);
-    int32_t n = MAC_Bytes(out.data(), Size(out), Ptr(msg), Size(msg), NonNull(key), Size(key), option);
-    check.Equal(n == Size(out) ? ToHex(out) : "error " + std::to_string(n), want, where + " MAC_Bytes");
-    std::string hex(mac.size() + 1, '\0');
-    n = MAC_HexFromBytes(hex.data(), int32_t(mac.size()), Ptr(msg), Size(msg), NonNull(key), Size(key), option);
-    check.Equal(n == int32_t(mac.size()) ? hex.c_str() : "error " + std::to_string(n), want,
-                where + " MAC_HexFromBytes");
-    n = MAC_HexFromHex(hex.data(), int32_t(mac.size()), ToHex(msg).c_str(), ToHex(key).c_str(), option);
-    check.Equal(n == int32_t(mac.size()) ? hex.c_str() : "error " + std::to_string(n), want, where + " MAC_HexFromHex");
-}
-
-// The HMAC stream, fed in three pieces.
-void CheckMacStream(Checker& check, int32_t option, const ByteVec& key, const ByteVec& msg, const std::string& mac,
-                    const std::string& where) {
-    const int32_t h = MAC_Init(key.data(), Size(key), option);
-    const size_t a = msg.size() / 3, b = msg.size() * 2 / 3;
-    int32_t rc = h ? 0 : -1;
-    if (rc == 0) rc = MAC_AddBytes(h, NonNull(msg), int32_t(a));
-    if (rc == 0) rc = MAC_AddBytes(h, NonNull(msg) + a, int32_t(b - a));
-    if (rc == 0) rc = MAC_AddBytes(h, NonNull(msg) + b, int32_t(msg.size() - b));
-    ByteVec out(mac.size() / 2);
-    if (rc == 0) rc = MAC_Final(out.data(), Size(out), h) == Size(out) ? 0 : -1;
-    check.Equal(rc ? "error" : ToHex(out), Lower(mac), where + " MAC_Init/AddBytes/Final");
-}
-
-int32_t HmacOption(const std::string& digest) {
-    static const std::pair<const char*, int32_t> names[] = {
-        {"SHA-1", OPT_HMAC_SHA1},        {"MD5", OPT_HMAC_MD5},           {"SHA-224", OPT_HMAC_SHA224},
-        {"SHA-256", OPT_HMAC_SHA256},    {"SHA-384", OPT_HMAC_SHA384},    {"SHA-512", OPT_HMAC_SHA512},
-        {"RIPEMD-160", OPT_HMAC_RMD160}, {"SHA3-224", OPT_HMAC_SHA3_224}, {"SHA3-256", OPT_HMAC_SHA3_256},
-        {"SHA3-384", OPT_HMAC_SHA3_384}, {"SHA3-512", OPT_HMAC_SHA3_512}};
-    for (const auto& n : names)
-        if (digest == n.first) return n.second;
-    return -1;
-}
-
-}  // namespace
 
 CONFORMANCE_SUITE(Vectors, Hmac, 1636,
                   "HMAC over SHA-1, SHA-224, SHA-256, SHA-384, SHA-512, SHA3-224/256/384/512, MD5, RIPEMD-160; keys "
@@ -130,32 +132,19 @@ CONFORMANCE_SUITE(Vectors, Cmac, 452, "CMAC over AES-128, AES-192, AES-256 and t
                   "NIST CAVP CMACVS nist-cavp/cmac/CMACGen{AES128,AES192,AES256,TDES3}.rsp (complete, messages up "
                   "to 65536 bytes); SP 800-38B examples (parsed/cmac_examples_sp800-38b.txt)",
                   "MAC_Bytes MAC_HexFromBytes MAC_HexFromHex") {
-    const struct {
-        const char* file;
-        int32_t option;
-    } sets[] = {{"nist-cavp/cmac/CMACGenAES128.rsp", OPT_CMAC_AES128},
-                {"nist-cavp/cmac/CMACGenAES192.rsp", OPT_CMAC_AES192},
-                {"nist-cavp/cmac/CMACGenAES256.rsp", OPT_CMAC_AES256},
-                {"nist-cavp/cmac/CMACGenTDES3.rsp", OPT_CMAC_TDEA}};
-    for (const auto& s : sets) {
-        EachRecord(check, s.file, [&](const VectorRecord& r, const std::string& where) {
-            ByteVec key = r.Bytes("Key"), msg = r.Bytes("Msg");
-            for (const char* part : {"Key1", "Key2", "Key3"}) {
-                const ByteVec k = r.Bytes(part);
-                key.insert(key.end(), k.begin(), k.end());
-            }
-            msg.resize(size_t(r.Int("Mlen")));  // Mlen = 0 comes with Msg = 00
-            CheckMac(check, s.option, key, msg, r.Get("Mac"), where);
-        });
+    for (const char* cipher : {"AES128", "AES192", "AES256", "TDES3"}) {
+        EachRecord(check, std::string("nist-cavp/cmac/CMACGen") + cipher + ".rsp",
+                   [&](const VectorRecord& r, const std::string& where) {
+                       ByteVec msg = r.Bytes("Msg");
+                       msg.resize(size_t(r.Int("Mlen")));  // Mlen = 0 comes with Msg = 00
+                       CheckMac(check, CmacOption(cipher), Joined(r, {"Key", "Key1", "Key2", "Key3"}), msg,
+                                r.Get("Mac"), where);
+                   });
     }
     const std::string examples = "parsed/cmac_examples_sp800-38b.txt";
     EachRecord(check, examples, [&](const VectorRecord& r, const std::string& where) {
-        const std::string cipher = r.section.begin()->first;
-        const int32_t option = cipher == "AES128"   ? OPT_CMAC_AES128
-                               : cipher == "AES192" ? OPT_CMAC_AES192
-                               : cipher == "AES256" ? OPT_CMAC_AES256
-                                                    : OPT_CMAC_TDEA;
-        CheckMac(check, option, r.Bytes("KEY"), r.Bytes("MSG"), r.Get("TAG"), where);
+        CheckMac(check, CmacOption(r.section.begin()->first), r.Bytes("KEY"), r.Bytes("MSG"), r.Get("TAG"),
+                 where);
     });
 }
 

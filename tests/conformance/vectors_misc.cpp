@@ -1,6 +1,10 @@
 // Published vectors for the generator (NIST DRBGVS, HMAC_DRBG with SHA-512),
-// and the reference sets for CRC-32 and the compressed formats.
+// CRC-32 and the compressed formats, and for password-based key derivation:
+// RFC 6070 (PBKDF2 with HMAC-SHA-1) and RFC 7914 (scrypt). The two heaviest
+// records, 2^24 PBKDF2 iterations and scrypt with N = 2^20 (1 GiB), run only
+// with VERIMOND_CONFORMANCE_HEAVY=1 in the environment.
 #include <cstdio>
+#include <cstdlib>
 
 #include "registry.h"
 
@@ -54,4 +58,71 @@ CONFORMANCE_SUITE(Vectors, CompressedFormats, 12, "zlib (RFC 1950) and Zstandard
         check.Equal(n == Size(plain) ? ToHex(out.data(), plain.size()) : "error " + std::to_string(n), ToHex(plain),
                     where + " ZLIB_Inflate");
     });
+}
+
+namespace {
+
+// Whether a record runs; the case count stays that of the default run.
+bool Runs(Checker& check, bool heavy) {
+    const char* env = std::getenv("VERIMOND_CONFORMANCE_HEAVY");
+    if (!heavy) check.Case();
+    return !heavy || (env && std::string(env) == "1");
+}
+
+// Text fields where "\0" stands for one zero byte.
+ByteVec TextBytes(const std::string& text) {
+    ByteVec out;
+    for (size_t i = 0; i < text.size(); ++i) {
+        if (text.compare(i, 2, "\\0") == 0) {
+            out.push_back(0);
+            ++i;
+        } else {
+            out.push_back(uint8_t(text[i]));
+        }
+    }
+    return out;
+}
+
+}  // namespace
+
+CONFORMANCE_SUITE(Vectors, Pbkdf2, 5, "PBKDF2 with HMAC-SHA-1, 1 to 4096 iterations, zero bytes in password and salt",
+                  "RFC 6070 section 2: rfc/rfc6070_pbkdf2_hmac_sha1.txt (the 16777216-iteration record with "
+                  "VERIMOND_CONFORMANCE_HEAVY=1)",
+                  "PBE_Kdf2 PBE_Kdf2Hex") {
+    const std::string file = "rfc/rfc6070_pbkdf2_hmac_sha1.txt";
+    for (const VectorRecord& r : ReadSet(check, file)) {
+        const int32_t iterations = int32_t(r.Int("ITERATIONS"));
+        if (!Runs(check, iterations > 100000)) continue;
+        const std::string password = r.Get("PASSWORD"), salt = r.Get("SALT");
+        const ByteVec pw = TextBytes(password), s = TextBytes(salt);
+        ByteVec out(size_t(r.Int("LENGTH")));
+        int32_t rc = PBE_Kdf2(out.data(), Size(out), pw.data(), Size(pw), s.data(), Size(s), iterations, OPT_HASH_SHA1);
+        check.Equal(OrError(!rc, rc, ToHex(out)), r.Get("DERIVED_KEY"), Where(file, r) + " PBE_Kdf2");
+        if (password.find("\\0") != std::string::npos) continue;  // a text password ends at its zero
+        std::string hex(out.size() * 2 + 1, '\0');
+        rc = PBE_Kdf2Hex(hex.data(), int32_t(out.size() * 2), Size(out), password.c_str(), ToHex(s).c_str(), iterations,
+                         OPT_HASH_SHA1);
+        check.Equal(OrError(!rc, rc, hex.c_str()), Upper(r.Get("DERIVED_KEY")), Where(file, r) + " PBE_Kdf2Hex");
+    }
+}
+
+CONFORMANCE_SUITE(Vectors, Scrypt, 3,
+                  "scrypt with N of 16 to 16384, r of 1 and 8, p of 1 and 16, an empty password and salt",
+                  "RFC 7914 section 12: rfc/rfc7914_scrypt.txt (the N = 2^20 record with VERIMOND_CONFORMANCE_HEAVY=1)",
+                  "PBE_Scrypt PBE_ScryptHex") {
+    const std::string file = "rfc/rfc7914_scrypt.txt";
+    for (const VectorRecord& r : ReadSet(check, file)) {
+        const int32_t n = int32_t(r.Int("N"));
+        if (!Runs(check, n > 16384)) continue;
+        const std::string password = r.Get("PASSWORD"), salt = r.Get("SALT");
+        const ByteVec pw = TextBytes(password), s = TextBytes(salt);
+        ByteVec out(size_t(r.Int("LENGTH")));
+        int32_t rc = PBE_Scrypt(out.data(), Size(out), Ptr(pw), Size(pw), Ptr(s), Size(s), n, int32_t(r.Int("r")),
+                                int32_t(r.Int("p")), 0);
+        check.Equal(OrError(!rc, rc, ToHex(out)), r.Get("DERIVED_KEY"), Where(file, r) + " PBE_Scrypt");
+        std::string hex(out.size() * 2 + 1, '\0');
+        rc = PBE_ScryptHex(hex.data(), int32_t(out.size() * 2), Size(out), password.c_str(), ToHex(s).c_str(), n,
+                           int32_t(r.Int("r")), int32_t(r.Int("p")), 0);
+        check.Equal(OrError(!rc, rc, hex.c_str()), Upper(r.Get("DERIVED_KEY")), Where(file, r) + " PBE_ScryptHex");
+    }
 }
