@@ -4,9 +4,12 @@
 // row that must end the process runs in a child.
 #pragma once
 #include <climits>
+#include <concepts>
 #include <cstdint>
 #include <functional>
 #include <string>
+#include <tuple>
+#include <type_traits>
 #include <vector>
 
 #include "verimond.h"
@@ -54,6 +57,59 @@ inline char* Mut(const std::string& s) {
     copy[s.copy(copy, sizeof copy - 1)] = 0;
     return copy;
 }
+
+// One argument of a base call replaced, by position from 0: a number, null
+// or a text. Every change is a row of its own.
+struct Change {
+    int arg;
+    int64_t number = 0;
+    const char* text = nullptr;
+    bool isNumber = false;
+    template <std::integral N>
+    Change(int a, N n) : arg(a), number(n), isNumber(true) {}
+    Change(int a, const char* s) : arg(a), text(s) {}
+};
+struct Changes {
+    int32_t want;
+    std::vector<Change> each;
+};
+
+// Puts a change into an argument; false when it does not fit the argument's type.
+template <class T>
+bool Put(T& slot, const Change& c) {
+    if constexpr (std::is_integral_v<T>) {
+        slot = T(c.number);
+        return c.isNumber;
+    } else if constexpr (std::is_same_v<T, const char*>) {
+        slot = c.text;
+        return !c.isNumber;
+    } else if constexpr (std::is_same_v<T, char*>) {
+        slot = c.text ? Mut(c.text) : nullptr;
+        return !c.isNumber;
+    } else {
+        slot = nullptr;
+        return !c.isNumber && c.text == nullptr;
+    }
+}
+
+template <class... A>
+void Vary(Table& rows, const char* name, int32_t (*f)(A...), std::type_identity_t<std::tuple<A...>> base,
+          std::initializer_list<Changes> groups) {
+    for (const Changes& g : groups) {
+        for (const Change& c : g.each) {
+            const std::string value = c.isNumber ? std::to_string(c.number)
+                                      : c.text   ? '"' + std::string(c.text) + '"'
+                                                 : "null";
+            rows.push_back({std::string(name) + " argument " + std::to_string(c.arg) + " = " + value, [=] {
+                auto args = base;
+                bool fits = false;
+                std::apply([&](auto&... a) { int i = 0; ((fits |= (i++ == c.arg && Put(a, c))), ...); }, args);
+                return fits ? std::apply(f, args) : INT32_MIN + 2;
+            }, Is(g.want)});
+        }
+    }
+}
+#define VARY(fn, ...) ::sweep::Vary(rows, #fn, fn, __VA_ARGS__)
 
 // The handle rules of a stateful family: handle 0, an ended handle, ending
 // twice, a handle of another thread and one of another family are refused.
