@@ -93,14 +93,14 @@ bool Put(T& slot, const Change& c) {
 }
 
 template <class... A>
-void Vary(Table& rows, const char* name, int32_t (*f)(A...), std::type_identity_t<std::tuple<A...>> base,
+void Vary(Table& rows, const std::string& name, int32_t (*f)(A...), std::type_identity_t<std::tuple<A...>> base,
           std::initializer_list<Changes> groups) {
     for (const Changes& g : groups) {
         for (const Change& c : g.each) {
             const std::string value = c.isNumber ? std::to_string(c.number)
                                       : c.text   ? '"' + std::string(c.text) + '"'
                                                  : "null";
-            rows.push_back({std::string(name) + " argument " + std::to_string(c.arg) + " = " + value, [=] {
+            rows.push_back({name + " argument " + std::to_string(c.arg) + " = " + value, [=] {
                 auto args = base;
                 bool fits = false;
                 std::apply([&](auto&... a) { int i = 0; ((fits |= (i++ == c.arg && Put(a, c))), ...); }, args);
