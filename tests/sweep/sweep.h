@@ -6,6 +6,7 @@
 #include <climits>
 #include <concepts>
 #include <cstdint>
+#include <deque>
 #include <functional>
 #include <string>
 #include <tuple>
@@ -56,6 +57,12 @@ inline char* Mut(const std::string& s) {
     static char copy[256];
     copy[s.copy(copy, sizeof copy - 1)] = 0;
     return copy;
+}
+
+// A text that lives as long as the program, for base calls built at run time.
+inline const char* Keep(std::string s) {
+    static std::deque<std::string> kept;
+    return kept.emplace_back(std::move(s)).c_str();
 }
 
 // One argument of a base call replaced, by position from 0: a number, null
