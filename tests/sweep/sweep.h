@@ -99,9 +99,18 @@ bool Put(T& slot, const Change& c) {
     }
 }
 
+// What a base call needs beyond its arguments: a fresh handle made at each
+// call for one argument, and for the calls that return 0 on failure, the
+// latch whose code the row sees.
+struct Setup {
+    int handleArg = -1;
+    std::function<int32_t()> handle;
+    int32_t (*latch)() = nullptr;
+};
+
 template <class... A>
 void Vary(Table& rows, const std::string& name, int32_t (*f)(A...), std::type_identity_t<std::tuple<A...>> base,
-          std::initializer_list<Changes> groups) {
+          std::initializer_list<Changes> groups, const Setup& setup = {}) {
     for (const Changes& g : groups) {
         for (const Change& c : g.each) {
             const std::string value = c.isNumber ? std::to_string(c.number)
@@ -109,9 +118,15 @@ void Vary(Table& rows, const std::string& name, int32_t (*f)(A...), std::type_id
                                                  : "null";
             rows.push_back({name + " argument " + std::to_string(c.arg) + " = " + value, [=] {
                 auto args = base;
-                bool fits = false;
-                std::apply([&](auto&... a) { int i = 0; ((fits |= (i++ == c.arg && Put(a, c))), ...); }, args);
-                return fits ? std::apply(f, args) : INT32_MIN + 2;
+                const auto put = [&args](const Change& x) {
+                    bool fits = false;
+                    std::apply([&](auto&... a) { int i = 0; ((fits |= (i++ == x.arg && Put(a, x))), ...); }, args);
+                    return fits;
+                };
+                const bool fits = put(c);
+                if (setup.handleArg >= 0 && setup.handleArg != c.arg) put(Change(setup.handleArg, setup.handle()));
+                const int32_t result = fits ? std::apply(f, args) : INT32_MIN + 2;
+                return setup.latch && fits ? Latched(result, setup.latch) : result;
             }, Is(g.want)});
         }
     }
