@@ -99,13 +99,16 @@ void AddFixedKeyRows(Table& rows, const FixedKeyFamily& f) {
     FROW(Is(f.fileHexChecksIvItself ? BAD_PARAM_ERROR : BAD_IV_ERROR), "FileHex",
          f.fileHex(out, ex, key.c_str(), 1, "CBC", nullptr));
     FROW(Is(BAD_MODE_ERROR), "FileHex", f.fileHex(out, ex, key.c_str(), 1, nullptr, ivHex.c_str()));
-    FROW(Is(BAD_KEY_ERROR), "Init", Latched(f.init(nullptr, 1, "ECB", nullptr), f.initError));
-    FROW(Is(BAD_MODE_ERROR), "Init", Latched(f.init(k, 1, nullptr, nullptr), f.initError));
-    FROW(Is(BAD_IV_ERROR), "Init", Latched(f.init(k, 1, "CFB", nullptr), f.initError));
+    Vary(rows, p + "Init", f.init, {k, 1, "ECB", nullptr},
+         {{BAD_KEY_ERROR, {{0, nullptr}}}, {BAD_MODE_ERROR, {{2, nullptr}}}, {BAD_IV_ERROR, {{2, "CFB"}}}},
+         {.latch = f.initError});
+    Vary(rows, p + "InitHex", f.initHex, {Keep(key), 1, "ECB", nullptr},
+         {{BAD_KEY_ERROR, {{0, "zzzz"}}}, {BAD_KEY_LEN_ERROR, {{0, Keep(HexOf(60))}}}}, {.latch = f.initError});
+    Vary(rows, p + "UpdateHex", f.updateHex, {0, nullptr},
+         {{BAD_PARAM_ERROR, {{1, nullptr}, {1, ""}}}, {BAD_FORMAT_ERROR, {{1, Keep(HexOf(B, 'q'))}}}},
+         {0, [f] { return f.init(k, 1, "ECB", nullptr); }});
     FROW(AHandle(), "Init", f.init(k, kMin, "ECB", nullptr));
     FROW(Is(BAD_PARAM_ERROR), "InitHex", Latched(f.initHex(nullptr, 1, "ECB", nullptr), f.initHexErrorSlot));
-    FROW(Is(BAD_KEY_ERROR), "InitHex", Latched(f.initHex("zzzz", 1, "ECB", nullptr), f.initError));
-    FROW(Is(BAD_KEY_LEN_ERROR), "InitHex", Latched(f.initHex(HexOf(60).c_str(), 1, "ECB", nullptr), f.initError));
     FROW(Is(BAD_IV_ERROR), "InitHex", Latched(f.initHex(key.c_str(), 1, "CBC", "001"), f.initError));
     FROW(AHandle(), "InitHex", f.initHex(key.c_str(), 0, "OFB", ivHex.c_str()));
     FROW(Is(NULL_ERROR), "Update", f.update(f.init(k, 1, "ECB", nullptr), nullptr, B));
@@ -114,11 +117,8 @@ void AddFixedKeyRows(Table& rows, const FixedKeyFamily& f) {
     AddHandleRows(rows, {(p + "Update").c_str(), (p + "Final").c_str(), [f] { return f.init(k, 1, "ECB", nullptr); },
                          [f, B](int32_t h) { return f.update(h, o, B); }, f.final,
                          [] { return CIPHER_Init(1, "aes128", k, 16, nullptr, 0, 0); }, INVALID_HANDLE_ERROR});
-    FROW(Is(BAD_PARAM_ERROR), "UpdateHex", f.updateHex(f.init(k, 1, "ECB", nullptr), nullptr));
-    FROW(Is(BAD_PARAM_ERROR), "UpdateHex", f.updateHex(f.init(k, 1, "ECB", nullptr), Mut("")));
     FROW(Is(INVALID_HANDLE_ERROR), "UpdateHex", f.updateHex(0, Mut(data)));
     FROW(Is(BAD_FORMAT_ERROR), "UpdateHex", f.updateHex(f.init(k, 1, "CTR", iv), Mut("123")));
-    FROW(Is(BAD_FORMAT_ERROR), "UpdateHex", f.updateHex(f.init(k, 1, "ECB", nullptr), Mut(HexOf(B, 'q'))));
     FROW(Is(0), "InitError", (f.init(k, 1, "ECB", nullptr), f.initError()));
 }
 
@@ -154,8 +154,6 @@ Table BlockFamilyRows() {
         ROW(Is(DUP_ERROR), BLF_FileExt(ex, ex, k, 8, 1, "ECB", nullptr, 0)),
         ROW(Is(BAD_KEY_LEN_ERROR), BLF_FileHex(out, ex, std::string(114, '1').c_str(), 1, "ECB", nullptr)),
         ROW(Is(BAD_PARAM_ERROR), BLF_FileHex(out, ex, nullptr, 1, "ECB", nullptr)),
-        ROW(Is(BAD_PARAM_ERROR), Latched(BLF_Init(k, -1, 1, "ECB", nullptr), BLF_InitError)),
-        ROW(Is(BAD_KEY_LEN_ERROR), Latched(BLF_Init(k, 57, 1, "ECB", nullptr), BLF_InitError)),
         ROW(AHandle(), BLF_Init(k, 0, 1, "ecb", nullptr)),
         // A missing key text is reported in TDEA_'s slot.
         ROW(Is(BAD_PARAM_ERROR), Latched(BLF_InitHex(nullptr, 1, "ECB", nullptr), TDEA_InitError)),
@@ -181,13 +179,16 @@ Table BlockFamilyRows() {
         ROW(Is(BAD_PARAM_ERROR), AES128_UpdateHex(0, Mut(""))),
         ROW(Is(BAD_KEY_ERROR), Latched(AES128_Init(nullptr, 1, "CBC", nullptr), AES128_InitError)),
         ROW(Is(BAD_IV_ERROR), Latched(AES192_Init(k, 1, "CBC", nullptr), AES128_InitError)),
-        ROW(Is(BAD_PARAM_ERROR), Latched(AES128_InitHex("00", 1, "", nullptr), AES128_InitError)),
-        ROW(Is(BAD_MODE_ERROR), Latched(AES128_InitHex("00", 1, "ABC", nullptr), AES128_InitError)),
-        ROW(Is(BAD_IV_ERROR), Latched(AES128_InitHex("00", 1, "CBC", kHex16), AES128_InitError)),
     };
     VARY(BLF_Bytes, {o, in, 8, k, 8, 1},
          {{0, {{4, 56}, {4, 0}}}, {BAD_KEY_LEN_ERROR, {{4, 57}}}, {BAD_PARAM_ERROR, {{4, kMin}, {2, -8}}}});
     VARY(BLF_Ecb, {0, o, 8, 1}, {{NULL_ERROR, {{1, nullptr}}}, {BAD_PARAM_ERROR, {{2, kMin}}}});
+    VARY(BLF_Init, {k, 8, 1, "ECB", nullptr}, {{BAD_PARAM_ERROR, {{1, -1}}}, {BAD_KEY_LEN_ERROR, {{1, 57}}}},
+         {.latch = BLF_InitError});
+    // Mode and IV are screened before the key text is read.
+    VARY(AES128_InitHex, {"00", 1, "CBC", nullptr},
+         {{BAD_PARAM_ERROR, {{2, ""}}}, {BAD_MODE_ERROR, {{2, "ABC"}}}, {BAD_IV_ERROR, {{3, kHex16}}}},
+         {.latch = AES128_InitError});
     rows.insert(rows.end(), more.begin(), more.end());
     const auto blf = [] { return BLF_Init(k, 8, 1, "ECB", nullptr); };
     AddHandleRows(rows, {"BLF_Update", "BLF_Final", blf, [](int32_t h) { return BLF_Update(h, o, 8); }, BLF_Final,

@@ -111,13 +111,8 @@ Table UtilityRows() {
             COMPR_Uncompress(o, 64, std::vector<uint8_t>{0x28, 0xB5, 0x2F}.data(), 3, OPT_COMPR_ZSTD)),
         ROW(Is(-BAD_PARAM_ERROR), COMPR_Uncompress(o, 64, in, kMin, 1)),
 
-        ROW(Is(BAD_PARAM_ERROR), Latched(CRC_Bytes(nullptr, 5, 0))),
-        ROW(Is(BAD_PARAM_ERROR), Latched(CRC_Bytes(in, kMin, 0))),
         ROW(Is(int32_t(0xCBF43926u)), CRC_Bytes(reinterpret_cast<const uint8_t*>("123456789"), 9, kMin)),
         ROW(Is(BAD_PARAM_ERROR), Latched(CRC_String(nullptr, 0))),
-        ROW(Is(OPEN_ERROR), Latched(CRC_File(nullptr, 0))),
-        ROW(Is(OPEN_ERROR), Latched(CRC_File(Fs().dir.c_str(), 0))),
-        ROW(Is(OPEN_ERROR), Latched(CRC_File(Fs().missing.c_str(), 0))),
 
         ROW(Is(NULL_ERROR), WIPE_File(nullptr, 0)),
         ROW(Is(OPEN_ERROR), WIPE_File(Fs().missing.c_str(), OPT_WIPE_FAST)),
@@ -140,6 +135,9 @@ Table UtilityRows() {
          {{-BAD_PARAM_ERROR, {{2, nullptr}, {3, -1}}}, {-SHORT_BUF_ERROR, {{1, 1}}}});
     VARY(COMPR_Uncompress, {o, 64, in, 3, 0},
          {{-BAD_PARAM_ERROR, {{2, nullptr}}}, {-BAD_FLAG_ERROR, {{4, 0xF}}}, {-INVALID_DATA_ERROR, {{3, 64}}}});
+    VARY(CRC_Bytes, {in, 5, 0}, {{BAD_PARAM_ERROR, {{0, nullptr}, {1, kMin}}}}, {.latch = API_ErrorCode});
+    VARY(CRC_File, {ex, 0}, {{OPEN_ERROR, {{0, nullptr}, {0, Fs().dir.c_str()}, {0, Fs().missing.c_str()}}}},
+         {.latch = API_ErrorCode});
     VARY(WIPE_Data, {Buf().out, 5}, {{NULL_ERROR, {{0, nullptr}}}, {BAD_PARAM_ERROR, {{1, 0}, {1, kMin}}}});
     return rows;
 }

@@ -131,12 +131,7 @@ Table AeadRows() {
         ROW(Is(0), GCM_Decrypt(o, 64, in, 16, k, 16, n, 12, nullptr, 0, in, 0, 0)),
         ROW(Is(-AUTH_FAIL_ERROR), GCM_Decrypt(o, 64, in, 16, k, 16, n, 12, nullptr, 0, in, -1, 0)),
         ROW(Is(-BAD_PARAM_ERROR), GCM_Decrypt(o, 64, in, 16, k, 16, n, 12, in, -3, in, 16, 0)),
-        ROW(Is(BAD_KEY_ERROR), Latched(GCM_InitKey(nullptr, 16, 0))),
-        ROW(Is(BAD_KEY_LEN_ERROR), Latched(GCM_InitKey(k, kMin, 0))),
         ROW(AHandle(), GCM_InitKey(k, 24, kMax)),
-        ROW(Is(-BAD_IV_ERROR),
-            GCM_NextEncrypt(GCM_InitKey(k, 16, 0), o, 64, o + 64, 16, in, 16, nullptr, 12, nullptr, 0)),
-        ROW(Is(-BAD_PARAM_ERROR), GCM_NextEncrypt(GCM_InitKey(k, 16, 0), o, 64, o + 64, 16, in, -1, n, 12, nullptr, 0)),
         ROW(Is(-NULL_ERROR), GCM_NextEncrypt(GCM_InitKey(k, 16, 0), nullptr, 0, o + 64, 16, in, 5, n, 12, nullptr, 0)),
         ROW(Is(INVALID_HANDLE_ERROR), GCM_NextDecrypt(0, o, 64, in, 16, n, 12, nullptr, 0, in, 16)),
         ROW(Is(-BAD_PARAM_ERROR),
@@ -215,6 +210,10 @@ Table AeadRows() {
           {-AUTH_FAIL_ERROR, {{5, 16}}}});
     VARY(GCM_Decrypt, {o, 32, in, 32, k, 16, iv, 12, nullptr, 0, o + 256, 16, 0},
          {{-BAD_KEY_ERROR, {{4, nullptr}}}, {-BAD_IV_ERROR, {{6, nullptr}}}, {-BAD_PARAM_ERROR, {{10, nullptr}}}});
+    VARY(GCM_InitKey, {k, 16, 0}, {{BAD_KEY_ERROR, {{0, nullptr}}}, {BAD_KEY_LEN_ERROR, {{1, kMin}}}},
+         {.latch = API_ErrorCode});
+    VARY(GCM_NextEncrypt, {0, o, 64, o + 64, 16, in, 16, iv, 12, nullptr, 0},
+         {{-BAD_IV_ERROR, {{7, nullptr}}}, {-BAD_PARAM_ERROR, {{6, -1}}}}, {0, [] { return GCM_InitKey(k, 16, 0); }});
     AddHandleRows(rows, {"AEAD_SetNonce", "AEAD_Destroy", [] { return keyed(kCcp); },
                          [](int32_t h) { return AEAD_SetNonce(h, iv, 12); }, AEAD_Destroy,
                          [] { return GCM_InitKey(k, 16, 0); }, -INVALID_HANDLE_ERROR});
