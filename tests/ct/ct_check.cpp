@@ -156,11 +156,11 @@ void Aead(int32_t algorithm, int32_t keyLength) {
     const int32_t nonceLength = algorithm == OPT_AEAD_ASCON_128 || algorithm == OPT_AEAD_ASCON_128A ? 16 : 12;
     const Bytes key = Pattern(size_t(keyLength), algorithm), nonce = Pattern(size_t(nonceLength), 3),
                 aad = Pattern(13, 4), plain = Pattern(100, 5);
-    const Bytes sealed =
-        Case(name + " EncryptWithTag", {key, plain, nonce, aad}, {0, 1}, 116, [&](std::vector<Bytes>& in, uint8_t* out) {
-            return AEAD_EncryptWithTag(out, 116, in[1].data(), 100, in[0].data(), keyLength, in[2].data(),
-                                       nonceLength, in[3].data(), 13, algorithm);
-        }).out;
+    const auto seal = [&](std::vector<Bytes>& in, uint8_t* out) {
+        return AEAD_EncryptWithTag(out, 116, in[1].data(), 100, in[0].data(), keyLength, in[2].data(), nonceLength,
+                                   in[3].data(), 13, algorithm);
+    };
+    const Bytes sealed = Case(name + " EncryptWithTag", {key, plain, nonce, aad}, {0, 1}, 116, seal).out;
     for (const Bytes& input : GoodAndSpoiled(sealed, 40, 2)) {
         Case(name + " DecryptWithTag", {key, input, nonce, aad}, {0, 1}, 100,
              [&](std::vector<Bytes>& in, uint8_t* out) {

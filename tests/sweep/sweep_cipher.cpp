@@ -143,7 +143,8 @@ Table CipherRows() {
     VARY(CIPHER_KeyUnwrap, {o, 64, in, 24, k, 16, 0x20},
          {{-BAD_LENGTH_ERROR, {{3, 16}, {3, kMin}}}, {16, {{1, kMin}}}, {-NULL_ERROR, {{2, nullptr}}},
           {-SHORT_BUF_ERROR, {{1, 15}}}, {-1, {{1, 16}}}});
-    VARY(PAD_BytesBlock, {o, 64, in, 5, 8, 0}, {{-BAD_BLK_LEN_ERROR, {{4, 12}, {4, kMin}}}, {-NULL_ERROR, {{2, nullptr}}}});
+    VARY(PAD_BytesBlock, {o, 64, in, 5, 8, 0},
+         {{-BAD_BLK_LEN_ERROR, {{4, 12}, {4, kMin}}}, {-NULL_ERROR, {{2, nullptr}}}});
     VARY(PAD_UnpadBytes, {o, 64, in, 8, 8, 0},
          {{-NULL_ERROR, {{2, nullptr}, {0, nullptr}}}, {-BAD_BLK_LEN_ERROR, {{4, 0}}},
           {-BAD_LENGTH_ERROR, {{3, 0}, {3, 9}}}, {-DECRYPT_ERROR, {{5, 0x40000}}}});

@@ -84,7 +84,8 @@ void FinishAll(const Inputs& in, const Open& o, Results& r) {
     add("aes", {AES128_Update(h[kAes], out, 48), AES128_Update(h[kAes], out + 48, 48), AES128_Final(h[kAes])}, out, 96);
     std::memcpy(out, m, 40);
     add("blf", {BLF_Update(h[kBlf], out, 40), BLF_Ecb(h[kBlf], out, 16, 0), BLF_Final(h[kBlf])}, out, 40);
-    add("gcm", {GCM_NextEncrypt(h[kGcm], out, 300, tag, 16, m, 300, in.iv, 16, m, 9), GCM_FinishKey(h[kGcm])}, out, 300);
+    add("gcm", {GCM_NextEncrypt(h[kGcm], out, 300, tag, 16, m, 300, in.iv, 16, m, 9), GCM_FinishKey(h[kGcm])}, out,
+        300);
     add("gcm tag", {}, tag, 16);
     const int32_t a = h[kAead];
     add("aead",
@@ -108,7 +109,8 @@ void OneShots(const Inputs& in, Results& r) {
     uint8_t out[512];
     char text[300];
     auto add = [&](const char* name, int32_t code, const void* bytes, size_t n) {
-        r.push_back(std::string(name) + " " + std::to_string(code) + " " + ToHex(static_cast<const uint8_t*>(bytes), n));
+        const std::string hex = ToHex(static_cast<const uint8_t*>(bytes), n);
+        r.push_back(std::string(name) + " " + std::to_string(code) + " " + hex);
     };
     add("hash1", HASH_Bytes(out, 64, m, 300, OPT_HASH_SHA3_512), out, 64);
     add("mac1", MAC_Bytes(out, 16, m, 300, in.key, 24, OPT_CMAC_AES192), out, 16);
