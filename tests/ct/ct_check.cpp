@@ -44,9 +44,9 @@ struct Outcome {
 
 // Runs call on copies of the inputs, first defined, then with the inputs
 // named secret marked undefined; the outputs are made defined again before
-// they are compared, as a caller may use them.
-void Case(const std::string& name, std::vector<Bytes> inputs, const std::vector<size_t>& secret,
-          size_t outLength, const std::function<int32_t(std::vector<Bytes>&, uint8_t*)>& call) {
+// they are compared, as a caller may use them. Gives the defined run's outcome.
+Outcome Case(const std::string& name, std::vector<Bytes> inputs, const std::vector<size_t>& secret,
+             size_t outLength, const std::function<int32_t(std::vector<Bytes>&, uint8_t*)>& call) {
     std::vector<Bytes> plain = inputs;
     Outcome expected{0, Bytes(outLength + 1, 0)};
     expected.result = call(plain, expected.out.data());
@@ -58,6 +58,15 @@ void Case(const std::string& name, std::vector<Bytes> inputs, const std::vector<
         ++g_failures;
         std::fprintf(stderr, "FAIL %s: result %d, expected %d\n", name.c_str(), got.result, expected.result);
     }
+    expected.out.resize(outLength);
+    return expected;
+}
+
+// A message and a copy with one bit flipped.
+std::vector<Bytes> GoodAndSpoiled(const Bytes& good, size_t at, uint8_t bit) {
+    Bytes spoiled = good;
+    spoiled[at] ^= bit;
+    return {good, spoiled};
 }
 
 void Padding() {
@@ -71,10 +80,9 @@ void Padding() {
                 const int32_t n = PAD_BytesBlock(padded.data(), int32_t(padded.size()), data.data(), dataLength, block,
                                                  s.second);
                 padded.resize(size_t(n));
-                Bytes broken = padded;
-                broken.back() ^= 0x40;  // out of range for every scheme
-                for (const Bytes* input : {&padded, &broken}) {
-                    Case(std::string("PAD_UnpadBytes ") + s.first + " block " + std::to_string(block), {*input}, {0},
+                // The last byte spoiled is out of range for every scheme.
+                for (const Bytes& input : GoodAndSpoiled(padded, padded.size() - 1, 0x40)) {
+                    Case(std::string("PAD_UnpadBytes ") + s.first + " block " + std::to_string(block), {input}, {0},
                          padded.size(), [&](std::vector<Bytes>& in, uint8_t* out) {
                              return PAD_UnpadBytes(out, int32_t(padded.size()), in[0].data(), int32_t(in[0].size()),
                                                    block, s.second);
@@ -91,15 +99,12 @@ void BlockCipher() {
     const int32_t keyLengths[] = {16, 32, 24, 16, 32, 16};
     for (int i = 0; i < 6; ++i) {
         const Bytes key = Pattern(size_t(keyLengths[i]), i), iv = Pattern(16, 40 + i), plain = Pattern(45, 50 + i);
-        Bytes ct(64);
-        const int32_t n = CIPHER_EncryptBytes(ct.data(), 64, plain.data(), 45, key.data(), keyLengths[i], iv.data(),
-                                              16, names[i], 0);
-        ct.resize(size_t(n));
-        Case(std::string("CIPHER_EncryptBytes ") + names[i], {key, plain, iv}, {0, 1}, 64,
-             [&](std::vector<Bytes>& in, uint8_t* out) {
-                 return CIPHER_EncryptBytes(out, 64, in[1].data(), 45, in[0].data(), keyLengths[i], in[2].data(), 16,
-                                            names[i], 0);
-             });
+        const Outcome sealed = Case(std::string("CIPHER_EncryptBytes ") + names[i], {key, plain, iv}, {0, 1}, 64,
+                                    [&](std::vector<Bytes>& in, uint8_t* out) {
+                                        return CIPHER_EncryptBytes(out, 64, in[1].data(), 45, in[0].data(),
+                                                                   keyLengths[i], in[2].data(), 16, names[i], 0);
+                                    });
+        const Bytes ct(sealed.out.begin(), sealed.out.begin() + sealed.result);
         Case(std::string("CIPHER_DecryptBytes ") + names[i], {key, ct, iv}, {0, 1}, 64,
              [&](std::vector<Bytes>& in, uint8_t* out) {
                  return CIPHER_DecryptBytes(out, 64, in[1].data(), int32_t(in[1].size()), in[0].data(), keyLengths[i],
@@ -112,15 +117,11 @@ void KeyUnwrap() {
     for (const int32_t kekLength : {16, 32}) {
         const int32_t option = kekLength == 16 ? OPT_CIPHER_AES128 : OPT_CIPHER_AES256;
         const Bytes kek = Pattern(size_t(kekLength), kekLength), key = Pattern(32, 7);
-        Bytes wrapped(40);
-        CIPHER_KeyWrap(wrapped.data(), 40, key.data(), 32, kek.data(), kekLength, option);
-        Case("CIPHER_KeyWrap", {kek, key}, {0, 1}, 40, [&](std::vector<Bytes>& in, uint8_t* out) {
-            return CIPHER_KeyWrap(out, 40, in[1].data(), 32, in[0].data(), kekLength, option);
-        });
-        Bytes spoiled = wrapped;
-        spoiled[3] ^= 1;
-        for (const Bytes* input : {&wrapped, &spoiled}) {
-            Case("CIPHER_KeyUnwrap", {kek, *input}, {0, 1}, 32, [&](std::vector<Bytes>& in, uint8_t* out) {
+        const Bytes wrapped = Case("CIPHER_KeyWrap", {kek, key}, {0, 1}, 40, [&](std::vector<Bytes>& in, uint8_t* out) {
+                            return CIPHER_KeyWrap(out, 40, in[1].data(), 32, in[0].data(), kekLength, option);
+                        }).out;
+        for (const Bytes& input : GoodAndSpoiled(wrapped, 3, 1)) {
+            Case("CIPHER_KeyUnwrap", {kek, input}, {0, 1}, 32, [&](std::vector<Bytes>& in, uint8_t* out) {
                 return CIPHER_KeyUnwrap(out, 32, in[1].data(), 40, in[0].data(), kekLength, option);
             });
         }
@@ -131,18 +132,15 @@ void Gcm() {
     for (int32_t ivLength : {12, 7, 60}) {
         const Bytes key = Pattern(32, 9), iv = Pattern(size_t(ivLength), 10), aad = Pattern(21, 11),
                     plain = Pattern(77, 12);
-        Bytes ct(77), tag(16);
-        GCM_Encrypt(ct.data(), 77, tag.data(), 16, plain.data(), 77, key.data(), 32, iv.data(), ivLength, aad.data(),
-                    21, 0);
-        Case("GCM_Encrypt", {key, plain, iv, aad}, {0, 1, 2, 3}, 93, [&](std::vector<Bytes>& in, uint8_t* out) {
-            return GCM_Encrypt(out, 77, out + 77, 16, in[1].data(), 77, in[0].data(), 32, in[2].data(), ivLength,
-                               in[3].data(), 21, 0);
-        });
-        Bytes badTag = tag;
-        badTag[15] ^= 0x80;
-        for (const Bytes* t : {&tag, &badTag}) {
+        const Bytes sealed =
+            Case("GCM_Encrypt", {key, plain, iv, aad}, {0, 1, 2, 3}, 93, [&](std::vector<Bytes>& in, uint8_t* out) {
+                return GCM_Encrypt(out, 77, out + 77, 16, in[1].data(), 77, in[0].data(), 32, in[2].data(), ivLength,
+                                   in[3].data(), 21, 0);
+            }).out;
+        const Bytes ct(sealed.begin(), sealed.begin() + 77), tag(sealed.begin() + 77, sealed.begin() + 93);
+        for (const Bytes& t : GoodAndSpoiled(tag, 15, 0x80)) {
             for (int32_t tagLength : {16, 4}) {
-                Case("GCM_Decrypt", {key, ct, iv, aad, *t}, {0, 1, 2, 3, 4}, 77,
+                Case("GCM_Decrypt", {key, ct, iv, aad, t}, {0, 1, 2, 3, 4}, 77,
                      [&](std::vector<Bytes>& in, uint8_t* out) {
                          return GCM_Decrypt(out, 77, in[1].data(), 77, in[0].data(), 32, in[2].data(), ivLength,
                                             in[3].data(), 21, in[4].data(), tagLength, 0);
@@ -158,33 +156,26 @@ void Aead(int32_t algorithm, int32_t keyLength) {
     const int32_t nonceLength = algorithm == OPT_AEAD_ASCON_128 || algorithm == OPT_AEAD_ASCON_128A ? 16 : 12;
     const Bytes key = Pattern(size_t(keyLength), algorithm), nonce = Pattern(size_t(nonceLength), 3),
                 aad = Pattern(13, 4), plain = Pattern(100, 5);
-    Bytes sealed(116);
-    AEAD_EncryptWithTag(sealed.data(), 116, plain.data(), 100, key.data(), keyLength, nonce.data(), nonceLength,
-                        aad.data(), 13, algorithm);
-    Case(name + " EncryptWithTag", {key, plain, nonce, aad}, {0, 1}, 116, [&](std::vector<Bytes>& in, uint8_t* out) {
+    const auto seal = [&](std::vector<Bytes>& in, uint8_t* out) {
         return AEAD_EncryptWithTag(out, 116, in[1].data(), 100, in[0].data(), keyLength, in[2].data(), nonceLength,
                                    in[3].data(), 13, algorithm);
-    });
-    Bytes forged = sealed;
-    forged[40] ^= 2;
-    for (const Bytes* input : {&sealed, &forged}) {
-        Case(name + " DecryptWithTag", {key, *input, nonce, aad}, {0, 1}, 100,
+    };
+    const Bytes sealed = Case(name + " EncryptWithTag", {key, plain, nonce, aad}, {0, 1}, 116, seal).out;
+    for (const Bytes& input : GoodAndSpoiled(sealed, 40, 2)) {
+        Case(name + " DecryptWithTag", {key, input, nonce, aad}, {0, 1}, 100,
              [&](std::vector<Bytes>& in, uint8_t* out) {
                  return AEAD_DecryptWithTag(out, 100, in[1].data(), 116, in[0].data(), keyLength, in[2].data(),
                                             nonceLength, in[3].data(), 13, algorithm);
              });
     }
     if (nonceLength != 12) return;  // Ascon has the WithTag calls only
-    Bytes tag(sealed.begin() + 100, sealed.end());
-    Bytes badTag = tag;
-    badTag[0] ^= 1;
-    for (const Bytes* t : {&tag, &badTag}) {
-        Case(name + " Decrypt", {key, sealed, nonce, aad, *t}, {0, 1, 4}, 100,
+    for (const Bytes& t : GoodAndSpoiled(Bytes(sealed.begin() + 100, sealed.end()), 0, 1)) {
+        Case(name + " Decrypt", {key, sealed, nonce, aad, t}, {0, 1, 4}, 100,
              [&](std::vector<Bytes>& in, uint8_t* out) {
                  return AEAD_Decrypt(out, 100, in[1].data(), 100, in[0].data(), keyLength, in[2].data(), 12,
                                      in[3].data(), 13, in[4].data(), 16, algorithm);
              });
-        Case(name + " incremental", {key, sealed, nonce, aad, *t}, {0, 1, 4}, 100,
+        Case(name + " incremental", {key, sealed, nonce, aad, t}, {0, 1, 4}, 100,
              [&](std::vector<Bytes>& in, uint8_t* out) {
                  const int32_t h = Public(AEAD_InitKey(in[0].data(), keyLength, algorithm));
                  int32_t r = AEAD_SetNonce(h, in[2].data(), 12);

@@ -4,9 +4,13 @@
 // row that must end the process runs in a child.
 #pragma once
 #include <climits>
+#include <concepts>
 #include <cstdint>
+#include <deque>
 #include <functional>
 #include <string>
+#include <tuple>
+#include <type_traits>
 #include <vector>
 
 #include "verimond.h"
@@ -54,6 +58,80 @@ inline char* Mut(const std::string& s) {
     copy[s.copy(copy, sizeof copy - 1)] = 0;
     return copy;
 }
+
+// A text that lives as long as the program, for base calls built at run time.
+inline const char* Keep(std::string s) {
+    static std::deque<std::string> kept;
+    return kept.emplace_back(std::move(s)).c_str();
+}
+
+// One argument of a base call replaced, by position from 0: a number, null
+// or a text. Every change is a row of its own.
+struct Change {
+    int arg;
+    int64_t number = 0;
+    const char* text = nullptr;
+    bool isNumber = false;
+    template <std::integral N>
+    Change(int a, N n) : arg(a), number(n), isNumber(true) {}
+    Change(int a, const char* s) : arg(a), text(s) {}
+};
+struct Changes {
+    int32_t want;
+    std::vector<Change> each;
+};
+
+// Puts a change into an argument; false when it does not fit the argument's type.
+template <class T>
+bool Put(T& slot, const Change& c) {
+    if constexpr (std::is_integral_v<T>) {
+        slot = T(c.number);
+        return c.isNumber;
+    } else if constexpr (std::is_same_v<T, const char*>) {
+        slot = c.text;
+        return !c.isNumber;
+    } else if constexpr (std::is_same_v<T, char*>) {
+        slot = c.text ? Mut(c.text) : nullptr;
+        return !c.isNumber;
+    } else {
+        slot = nullptr;
+        return !c.isNumber && c.text == nullptr;
+    }
+}
+
+// What a base call needs beyond its arguments: a fresh handle made at each
+// call for one argument, and for the calls that return 0 on failure, the
+// latch whose code the row sees.
+struct Setup {
+    int handleArg = -1;
+    std::function<int32_t()> handle;
+    int32_t (*latch)() = nullptr;
+};
+
+template <class... A>
+void Vary(Table& rows, const std::string& name, int32_t (*f)(A...), std::type_identity_t<std::tuple<A...>> base,
+          std::initializer_list<Changes> groups, const Setup& setup = {}) {
+    for (const Changes& g : groups) {
+        for (const Change& c : g.each) {
+            const std::string value = c.isNumber ? std::to_string(c.number)
+                                      : c.text   ? '"' + std::string(c.text) + '"'
+                                                 : "null";
+            rows.push_back({name + " argument " + std::to_string(c.arg) + " = " + value, [=] {
+                auto args = base;
+                const auto put = [&args](const Change& x) {
+                    bool fits = false;
+                    std::apply([&](auto&... a) { int i = 0; ((fits |= (i++ == x.arg && Put(a, x))), ...); }, args);
+                    return fits;
+                };
+                const bool fits = put(c);
+                if (setup.handleArg >= 0 && setup.handleArg != c.arg) put(Change(setup.handleArg, setup.handle()));
+                const int32_t result = fits ? std::apply(f, args) : INT32_MIN + 2;
+                return setup.latch && fits ? Latched(result, setup.latch) : result;
+            }, Is(g.want)});
+        }
+    }
+}
+#define VARY(fn, ...) ::sweep::Vary(rows, #fn, fn, __VA_ARGS__)
 
 // The handle rules of a stateful family: handle 0, an ended handle, ending
 // twice, a handle of another thread and one of another family are refused.

@@ -60,79 +60,63 @@ std::string HexOf(int bytes, char digit = '1') { return std::string(size_t(bytes
 void AddFixedKeyRows(Table& rows, const FixedKeyFamily& f) {
     const int B = f.block;
     const std::string key = HexOf(f.keyBytes), ivHex = HexOf(B, '2'), data = HexOf(2 * B, '3');
+    const std::string p = f.prefix;
+    Vary(rows, p + "Bytes", f.bytes, {o, in, B, k, 1},
+         {{NULL_ERROR, {{0, nullptr}, {1, nullptr}}}, {BAD_LENGTH_ERROR, {{2, B + 1}}}, {0, {{2, 0}}}});
+    Vary(rows, p + "BytesMode", f.bytesMode, {o, in, B, k, 1, "cbc", iv},
+         {{NULL_ERROR, {{5, nullptr}}}, {BAD_MODE_ERROR, {{5, ""}}}, {BAD_IV_ERROR, {{6, nullptr}}}});
+    Vary(rows, p + "Hex", f.hex, {t, Keep(data), Keep(key), 1},
+         {{BAD_PARAM_ERROR, {{0, nullptr}, {1, nullptr}, {2, ""}}}, {BAD_LENGTH_ERROR, {{1, "1"}}},
+          {BAD_FORMAT_ERROR, {{1, "123"}, {1, Keep(HexOf(B, 'z'))}}},
+          {BAD_KEY_LEN_ERROR, {{2, Keep(HexOf(f.keyBytes - 1))}, {2, Keep(HexOf(64))}}}});
+    Vary(rows, p + "B64Mode", f.b64Mode, {t, "AAAA", "AAAA", 1, "ECB", nullptr},
+         {{f.b64MissingCode, {{0, nullptr}, {4, nullptr}, {1, ""}}}, {BAD_MODE_ERROR, {{4, "EC"}}},
+          {BAD_FORMAT_ERROR, {{1, "!!!!"}}}, {BAD_KEY_LEN_ERROR, {{1, "AAAAAAAAAAAA"}}}});
+    Vary(rows, p + "File", f.file, {out, ex, k, 1, "ECB", nullptr},
+         {{BAD_PARAM_ERROR, {{0, nullptr}, {1, ""}}}, {DUP_ERROR, {{0, ex}}}, {OPEN_ERROR, {{1, Fs().missing.c_str()}}},
+          {CREATE_ERROR, {{0, Fs().noDir.c_str()}}}, {BAD_MODE_ERROR, {{4, nullptr}}}, {BAD_KEY_ERROR, {{2, nullptr}}},
+          {BAD_IV_ERROR, {{4, "CBC"}}}});
+    Vary(rows, p + "FileHex", f.fileHex, {out, ex, Keep(key), 1, "ECB", nullptr},
+         {{BAD_PARAM_ERROR, {{2, nullptr}}}, {BAD_KEY_ERROR, {{2, "zz"}}}, {BAD_KEY_LEN_ERROR, {{2, "0011"}}}});
 
-    FROW(Is(NULL_ERROR), "Bytes", f.bytes(nullptr, in, B, k, 1));
-    FROW(Is(NULL_ERROR), "Bytes", f.bytes(o, nullptr, B, k, 1));
     FROW(Is(NULL_ERROR), "Bytes", f.bytes(o, in, B, nullptr, 0));
-    FROW(Is(BAD_LENGTH_ERROR), "Bytes", f.bytes(o, in, B + 1, k, 1));
     FROW(Is(f.negativeLengthCode), "Bytes", f.bytes(o, in, kMin, k, 0));
-    FROW(Is(0), "Bytes", f.bytes(o, in, 0, k, 1));
-    FROW(Is(NULL_ERROR), "BytesMode", f.bytesMode(o, in, B, k, 1, nullptr, iv));
-    FROW(Is(BAD_MODE_ERROR), "BytesMode", f.bytesMode(o, in, B, k, 1, "", iv));
-    FROW(Is(BAD_IV_ERROR), "BytesMode", f.bytesMode(o, in, B, k, 1, "cbc", nullptr));
     FROW(Is(0), "BytesMode", f.bytesMode(o, in, 5, k, 0, "CTR-x", iv));
     FROW(Is(f.negativeLengthCode), "BytesMode", f.bytesMode(o, in, kMin, k, 0, "CFB", iv));
-    FROW(Is(BAD_PARAM_ERROR), "Hex", f.hex(nullptr, data.c_str(), key.c_str(), 1));
-    FROW(Is(BAD_PARAM_ERROR), "Hex", f.hex(t, nullptr, key.c_str(), 1));
-    FROW(Is(BAD_PARAM_ERROR), "Hex", f.hex(t, data.c_str(), "", 1));
-    FROW(Is(BAD_LENGTH_ERROR), "Hex", f.hex(t, "1", key.c_str(), 1));
-    FROW(Is(BAD_FORMAT_ERROR), "Hex", f.hex(t, "123", key.c_str(), 1));
-    FROW(Is(BAD_FORMAT_ERROR), "Hex", f.hex(t, HexOf(B, 'z').c_str(), key.c_str(), 1));
-    FROW(Is(BAD_KEY_LEN_ERROR), "Hex", f.hex(t, data.c_str(), HexOf(f.keyBytes - 1).c_str(), 1));
-    FROW(Is(BAD_KEY_LEN_ERROR), "Hex", f.hex(t, data.c_str(), HexOf(64).c_str(), 1));
     FROW(Is(BAD_LENGTH_ERROR), "Hex", f.hex(t, HexOf(B + 1).c_str(), key.c_str(), 0));
-    FROW(Is(BAD_PARAM_ERROR), "HexMode", f.hexMode(t, data.c_str(), key.c_str(), 1, nullptr, nullptr));
-    FROW(Is(BAD_MODE_ERROR), "HexMode", f.hexMode(t, data.c_str(), key.c_str(), 1, "xyz", nullptr));
-    FROW(Is(BAD_IV_ERROR), "HexMode", f.hexMode(t, data.c_str(), key.c_str(), 1, "CBC", nullptr));
+    Vary(rows, p + "HexMode", f.hexMode, {t, Keep(data), Keep(key), 1, "CBC", nullptr},
+         {{BAD_PARAM_ERROR, {{4, nullptr}}}, {BAD_MODE_ERROR, {{4, "xyz"}}}, {BAD_IV_ERROR, {{5, nullptr}}}});
     FROW(Is(BAD_IV_ERROR), "HexMode", f.hexMode(t, data.c_str(), key.c_str(), 1, "OFB", "00"));
     FROW(Is(0), "HexMode", f.hexMode(t, HexOf(B + 3).c_str(), key.c_str(), 1, "ctr", ivHex.c_str()));
-    FROW(Is(f.b64MissingCode), "B64Mode", f.b64Mode(nullptr, "AAAA", "AAAA", 1, "ECB", nullptr));
-    FROW(Is(f.b64MissingCode), "B64Mode", f.b64Mode(t, "AAAA", "AAAA", 1, nullptr, nullptr));
-    FROW(Is(f.b64MissingCode), "B64Mode", f.b64Mode(t, "", "AAAA", 1, "ECB", nullptr));
-    FROW(Is(BAD_MODE_ERROR), "B64Mode", f.b64Mode(t, "AAAA", "AAAA", 1, "EC", nullptr));
     FROW(Is(BAD_IV_ERROR), "B64Mode", f.b64Mode(t, "AAAA", "AAAA", 1, "CBC", ""));
-    FROW(Is(BAD_FORMAT_ERROR), "B64Mode", f.b64Mode(t, "!!!!", "AAAA", 1, "ECB", nullptr));
-    FROW(Is(BAD_KEY_LEN_ERROR), "B64Mode", f.b64Mode(t, "AAAAAAAAAAAA", "AAAA", 1, "ECB", nullptr));
-    FROW(Is(BAD_PARAM_ERROR), "File", f.file(nullptr, ex, k, 1, "ECB", nullptr));
-    FROW(Is(BAD_PARAM_ERROR), "File", f.file(out, "", k, 1, "ECB", nullptr));
-    FROW(Is(DUP_ERROR), "File", f.file(ex, ex, k, 1, "ECB", nullptr));
-    FROW(Is(OPEN_ERROR), "File", f.file(out, Fs().missing.c_str(), k, 1, "ECB", nullptr));
-    FROW(Is(CREATE_ERROR), "File", f.file(Fs().noDir.c_str(), ex, k, 1, "ECB", nullptr));
-    FROW(Is(BAD_MODE_ERROR), "File", f.file(out, ex, k, 1, nullptr, nullptr));
-    FROW(Is(BAD_KEY_ERROR), "File", f.file(out, ex, nullptr, 1, "ECB", nullptr));
-    FROW(Is(BAD_IV_ERROR), "File", f.file(out, ex, k, 1, "CBC", nullptr));
     FROW(Is(BAD_LENGTH_ERROR), "File", f.file(out, ex, k, 0, "CBC", iv));
     FROW(Is(0), "FileExt", f.fileExt(out, ex, k, 1, "ECB", nullptr, kMin));
     FROW(Is(READ_ERROR), "FileExt", f.fileExt(out, Fs().empty.c_str(), k, 0, "CBC", nullptr, OPT_PREFIX_IV));
     FROW(Is(BAD_PARAM_ERROR), "FileExt", f.fileExt(nullptr, nullptr, k, 1, "ECB", nullptr, 0));
-    FROW(Is(BAD_PARAM_ERROR), "FileHex", f.fileHex(out, ex, nullptr, 1, "ECB", nullptr));
-    FROW(Is(BAD_KEY_ERROR), "FileHex", f.fileHex(out, ex, "zz", 1, "ECB", nullptr));
-    FROW(Is(BAD_KEY_LEN_ERROR), "FileHex", f.fileHex(out, ex, "0011", 1, "ECB", nullptr));
     FROW(Is(BAD_IV_ERROR), "FileHex", f.fileHex(out, ex, key.c_str(), 1, "CBC", "zz"));
     FROW(Is(f.fileHexChecksIvItself ? BAD_PARAM_ERROR : BAD_IV_ERROR), "FileHex",
          f.fileHex(out, ex, key.c_str(), 1, "CBC", nullptr));
     FROW(Is(BAD_MODE_ERROR), "FileHex", f.fileHex(out, ex, key.c_str(), 1, nullptr, ivHex.c_str()));
-    FROW(Is(BAD_KEY_ERROR), "Init", Latched(f.init(nullptr, 1, "ECB", nullptr), f.initError));
-    FROW(Is(BAD_MODE_ERROR), "Init", Latched(f.init(k, 1, nullptr, nullptr), f.initError));
-    FROW(Is(BAD_IV_ERROR), "Init", Latched(f.init(k, 1, "CFB", nullptr), f.initError));
+    Vary(rows, p + "Init", f.init, {k, 1, "ECB", nullptr},
+         {{BAD_KEY_ERROR, {{0, nullptr}}}, {BAD_MODE_ERROR, {{2, nullptr}}}, {BAD_IV_ERROR, {{2, "CFB"}}}},
+         {.latch = f.initError});
+    Vary(rows, p + "InitHex", f.initHex, {Keep(key), 1, "ECB", nullptr},
+         {{BAD_KEY_ERROR, {{0, "zzzz"}}}, {BAD_KEY_LEN_ERROR, {{0, Keep(HexOf(60))}}}}, {.latch = f.initError});
+    Vary(rows, p + "UpdateHex", f.updateHex, {0, nullptr},
+         {{BAD_PARAM_ERROR, {{1, nullptr}, {1, ""}}}, {BAD_FORMAT_ERROR, {{1, Keep(HexOf(B, 'q'))}}}},
+         {0, [f] { return f.init(k, 1, "ECB", nullptr); }});
     FROW(AHandle(), "Init", f.init(k, kMin, "ECB", nullptr));
     FROW(Is(BAD_PARAM_ERROR), "InitHex", Latched(f.initHex(nullptr, 1, "ECB", nullptr), f.initHexErrorSlot));
-    FROW(Is(BAD_KEY_ERROR), "InitHex", Latched(f.initHex("zzzz", 1, "ECB", nullptr), f.initError));
-    FROW(Is(BAD_KEY_LEN_ERROR), "InitHex", Latched(f.initHex(HexOf(60).c_str(), 1, "ECB", nullptr), f.initError));
     FROW(Is(BAD_IV_ERROR), "InitHex", Latched(f.initHex(key.c_str(), 1, "CBC", "001"), f.initError));
     FROW(AHandle(), "InitHex", f.initHex(key.c_str(), 0, "OFB", ivHex.c_str()));
     FROW(Is(NULL_ERROR), "Update", f.update(f.init(k, 1, "ECB", nullptr), nullptr, B));
     FROW(Is(BAD_PARAM_ERROR), "Update", f.update(f.init(k, 1, "CTR", iv), o, kMin));
     FROW(Is(BAD_LENGTH_ERROR), "Update", f.update(f.init(k, 1, "CBC", iv), o, B - 1));
-    const std::string use = std::string(f.prefix) + "Update", end = std::string(f.prefix) + "Final";
-    AddHandleRows(rows, {use.c_str(), end.c_str(), [f] { return f.init(k, 1, "ECB", nullptr); },
+    AddHandleRows(rows, {(p + "Update").c_str(), (p + "Final").c_str(), [f] { return f.init(k, 1, "ECB", nullptr); },
                          [f, B](int32_t h) { return f.update(h, o, B); }, f.final,
                          [] { return CIPHER_Init(1, "aes128", k, 16, nullptr, 0, 0); }, INVALID_HANDLE_ERROR});
-    FROW(Is(BAD_PARAM_ERROR), "UpdateHex", f.updateHex(f.init(k, 1, "ECB", nullptr), nullptr));
-    FROW(Is(BAD_PARAM_ERROR), "UpdateHex", f.updateHex(f.init(k, 1, "ECB", nullptr), Mut("")));
     FROW(Is(INVALID_HANDLE_ERROR), "UpdateHex", f.updateHex(0, Mut(data)));
     FROW(Is(BAD_FORMAT_ERROR), "UpdateHex", f.updateHex(f.init(k, 1, "CTR", iv), Mut("123")));
-    FROW(Is(BAD_FORMAT_ERROR), "UpdateHex", f.updateHex(f.init(k, 1, "ECB", nullptr), Mut(HexOf(B, 'q'))));
     FROW(Is(0), "InitError", (f.init(k, 1, "ECB", nullptr), f.initError()));
 }
 
@@ -144,24 +128,14 @@ Table BlockFamilyRows() {
     const char *kHex32 = "aaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaa", *kHex16 = "bbbbbbbbbbbbbbbb";
     const char *kKeyHex32 = "11111111111111111111111111111111", *kB64Block = "AAAAAAAAAAAAAAAAAAAAAA==";
     const Table more = {
-        ROW(Is(NULL_ERROR), DES_CheckKey(nullptr, 8)),
-        ROW(Is(BAD_KEY_LEN_ERROR), DES_CheckKey(k, -8)),
-        ROW(Is(BAD_KEY_LEN_ERROR), DES_CheckKey(k, kMax)),
         ROW(Is(WEAK_KEY_ERROR), DES_CheckKey(std::vector<uint8_t>(8).data(), 8)),
         ROW(Is(BAD_KEY_LEN_ERROR), DES_CheckKeyHex(nullptr)),
         ROW(Is(BAD_KEY_LEN_ERROR), DES_CheckKeyHex("zzzzzzzzzzzzzzzz")),
         ROW(Is(BAD_KEY_LEN_ERROR), DES_CheckKeyHex(std::string(50, '1').c_str())),
 
-        ROW(Is(0), BLF_Bytes(o, in, 8, k, 56, 1)),
-        ROW(Is(BAD_KEY_LEN_ERROR), BLF_Bytes(o, in, 8, k, 57, 1)),
-        ROW(Is(0), BLF_Bytes(o, in, 8, k, 0, 1)),
-        ROW(Is(BAD_PARAM_ERROR), BLF_Bytes(o, in, 8, k, kMin, 1)),
-        ROW(Is(BAD_PARAM_ERROR), BLF_Bytes(o, in, -8, k, 8, 1)),
         ROW(Is(NULL_ERROR), BLF_Bytes(o, in, 8, nullptr, 0, 1)),
         ROW(Is(BAD_LENGTH_ERROR), BLF_Bytes(o, in, 9, k, 8, 0)),
-        ROW(Is(NULL_ERROR), BLF_BytesMode(o, in, 8, k, 8, 1, nullptr, iv)),
         ROW(Is(BAD_IV_ERROR), BLF_BytesMode(o, in, 8, k, 8, 1, "x", nullptr)),
-        ROW(Is(BAD_MODE_ERROR), BLF_BytesMode(o, in, 8, k, 8, 1, "xyz", iv)),
         ROW(Is(BAD_KEY_ERROR), BLF_Hex(t, "0011223344556677", "zz", 1)),
         ROW(Is(BAD_KEY_LEN_ERROR), BLF_Hex(t, "0011223344556677", std::string(114, '1').c_str(), 1)),
         ROW(Is(BAD_IV_ERROR), BLF_HexMode(t, "0011223344556677", "00", 1, "CFB", "")),
@@ -173,15 +147,11 @@ Table BlockFamilyRows() {
         ROW(Is(DUP_ERROR), BLF_FileExt(ex, ex, k, 8, 1, "ECB", nullptr, 0)),
         ROW(Is(BAD_KEY_LEN_ERROR), BLF_FileHex(out, ex, std::string(114, '1').c_str(), 1, "ECB", nullptr)),
         ROW(Is(BAD_PARAM_ERROR), BLF_FileHex(out, ex, nullptr, 1, "ECB", nullptr)),
-        ROW(Is(BAD_PARAM_ERROR), Latched(BLF_Init(k, -1, 1, "ECB", nullptr), BLF_InitError)),
-        ROW(Is(BAD_KEY_LEN_ERROR), Latched(BLF_Init(k, 57, 1, "ECB", nullptr), BLF_InitError)),
         ROW(AHandle(), BLF_Init(k, 0, 1, "ecb", nullptr)),
         // A missing key text is reported in TDEA_'s slot.
         ROW(Is(BAD_PARAM_ERROR), Latched(BLF_InitHex(nullptr, 1, "ECB", nullptr), TDEA_InitError)),
         ROW(Is(BAD_FORMAT_ERROR), BLF_UpdateHex(BLF_Init(k, 8, 1, "ECB", nullptr), Mut("abc"))),
         {"BLF_InitError after a good Init", [] { return BLF_Init(k, 8, 1, "ECB", nullptr), BLF_InitError(); }, Is(0)},
-        ROW(Is(NULL_ERROR), BLF_Ecb(0, nullptr, 8, 1)),
-        ROW(Is(BAD_PARAM_ERROR), BLF_Ecb(0, o, kMin, 1)),
         ROW(Is(BAD_LENGTH_ERROR), BLF_Ecb(BLF_Init(k, 8, 1, "CBC", iv), o, 7, 0)),
         ROW(Is(BAD_PARAM_ERROR), BLF_EcbHex(0, Mut(""), 1)),
         ROW(Is(BAD_FORMAT_ERROR), BLF_EcbHex(0, Mut("0g"), 1)),  // decoded before the handle is looked at
@@ -192,20 +162,26 @@ Table BlockFamilyRows() {
         ROW(Is(BAD_MODE_ERROR), TDEA_BytesMode(o, in, 8, k, 1, "XYZ", nullptr)),
         ROW(Is(NULL_ERROR), DES_BytesMode(nullptr, in, -8, k, 1, "ECB", iv)),
         ROW(Is(BAD_LENGTH_ERROR), AES128_BytesMode(o, in, 15, k, 0, "CBC", iv)),
-        ROW(Is(BAD_FORMAT_ERROR), AES128_Hex(t, "zz", kKeyHex32, 1)),
-        ROW(Is(BAD_KEY_LEN_ERROR), AES128_Hex(t, kHex32, "xy", 1)),
         ROW(Is(BAD_MODE_ERROR), AES128_HexMode(nullptr, "", "", 1, "QQQ", nullptr)),
         ROW(Is(BAD_PARAM_ERROR), AES128_HexMode(nullptr, "aa", "11", 1, "CBC", nullptr)),
         ROW(Is(BAD_IV_ERROR), AES128_HexMode(t, "a", "11", 1, "CBC", "00")),
-        ROW(Is(NULL_ERROR), AES128_Update(1, nullptr, 16)),
-        ROW(Is(BAD_PARAM_ERROR), AES128_Update(1, o, -1)),
         ROW(Is(BAD_PARAM_ERROR), AES128_UpdateHex(0, Mut(""))),
         ROW(Is(BAD_KEY_ERROR), Latched(AES128_Init(nullptr, 1, "CBC", nullptr), AES128_InitError)),
         ROW(Is(BAD_IV_ERROR), Latched(AES192_Init(k, 1, "CBC", nullptr), AES128_InitError)),
-        ROW(Is(BAD_PARAM_ERROR), Latched(AES128_InitHex("00", 1, "", nullptr), AES128_InitError)),
-        ROW(Is(BAD_MODE_ERROR), Latched(AES128_InitHex("00", 1, "ABC", nullptr), AES128_InitError)),
-        ROW(Is(BAD_IV_ERROR), Latched(AES128_InitHex("00", 1, "CBC", kHex16), AES128_InitError)),
     };
+    VARY(BLF_Bytes, {o, in, 8, k, 8, 1},
+         {{0, {{4, 56}, {4, 0}}}, {BAD_KEY_LEN_ERROR, {{4, 57}}}, {BAD_PARAM_ERROR, {{4, kMin}, {2, -8}}}});
+    VARY(BLF_Ecb, {0, o, 8, 1}, {{NULL_ERROR, {{1, nullptr}}}, {BAD_PARAM_ERROR, {{2, kMin}}}});
+    VARY(BLF_Init, {k, 8, 1, "ECB", nullptr}, {{BAD_PARAM_ERROR, {{1, -1}}}, {BAD_KEY_LEN_ERROR, {{1, 57}}}},
+         {.latch = BLF_InitError});
+    // Mode and IV are screened before the key text is read.
+    VARY(AES128_InitHex, {"00", 1, "CBC", nullptr},
+         {{BAD_PARAM_ERROR, {{2, ""}}}, {BAD_MODE_ERROR, {{2, "ABC"}}}, {BAD_IV_ERROR, {{3, kHex16}}}},
+         {.latch = AES128_InitError});
+    VARY(DES_CheckKey, {k, 8}, {{NULL_ERROR, {{0, nullptr}}}, {BAD_KEY_LEN_ERROR, {{1, -8}, {1, kMax}}}});
+    VARY(BLF_BytesMode, {o, in, 8, k, 8, 1, "ECB", iv}, {{NULL_ERROR, {{6, nullptr}}}, {BAD_MODE_ERROR, {{6, "xyz"}}}});
+    VARY(AES128_Hex, {t, kHex32, kKeyHex32, 1}, {{BAD_FORMAT_ERROR, {{1, "zz"}}}, {BAD_KEY_LEN_ERROR, {{2, "xy"}}}});
+    VARY(AES128_Update, {1, o, 16}, {{NULL_ERROR, {{1, nullptr}}}, {BAD_PARAM_ERROR, {{2, -1}}}});
     rows.insert(rows.end(), more.begin(), more.end());
     const auto blf = [] { return BLF_Init(k, 8, 1, "ECB", nullptr); };
     AddHandleRows(rows, {"BLF_Update", "BLF_Final", blf, [](int32_t h) { return BLF_Update(h, o, 8); }, BLF_Final,

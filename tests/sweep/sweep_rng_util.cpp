@@ -28,19 +28,9 @@ std::string MakeFile(const std::string& name, size_t size) {
 
 Table RandomRows() {
     const std::string seed = Fs().dir + "/seed.bin";
-    return {
-        ROW(Is(BAD_PARAM_ERROR), RNG_KeyBytes(nullptr, 16, nullptr, 0)),
-        ROW(Is(PRNG_ERR_TOOBIG), RNG_KeyBytes(o, 65537, nullptr, 0)),
-        ROW(Is(BAD_PARAM_ERROR), RNG_KeyBytes(o, kMin, nullptr, 0)),
-        ROW(Is(0), RNG_KeyBytes(o, 0, nullptr, 0)),
-        ROW(Is(BAD_PARAM_ERROR), RNG_KeyBytes(o, 16, nullptr, 5)),
+    Table rows = {
         ROW(Is(BAD_PARAM_ERROR), RNG_KeyBytes(o, 16, in, kMin)),
         ROW(Is(0), RNG_KeyBytes(o, 16, in, 256)),
-        ROW(Is(NULL_ERROR), RNG_KeyHex(nullptr, 32, 16, nullptr, 0)),
-        ROW(Is(NULL_ERROR), RNG_KeyHex(t, 0, 16, nullptr, 0)),
-        ROW(Is(BAD_PARAM_ERROR), RNG_KeyHex(t, 32, 0, nullptr, 0)),
-        ROW(Is(PRNG_ERR_TOOBIG), RNG_KeyHex(t, 32, 65537, nullptr, 0)),
-        ROW(Is(BAD_PARAM_ERROR), RNG_KeyHex(t, 32, 16, nullptr, 1)),
         ROW(Is(0), RNG_KeyHex(t, 7, 16, in, 3)),
         ROW(Is(BAD_PARAM_ERROR), RNG_NonceData(o, kMin)),
         ROW(Is(NULL_ERROR), RNG_NonceDataHex(t, kMin, 4)),
@@ -69,8 +59,6 @@ Table RandomRows() {
         ROW(AnyOf(1, 2, 3, -PRNG_ERR_NOTAVAIL), RNG_Initialize("", kMax & ~OPT_RNG_NO_INTEL_DRBG)),
         ROW(Is(-PRNG_ERR_FILE_CREATE), RNG_Initialize(Fs().noDir.c_str(), 0)),
         ROW(AnyOf(-PRNG_ERR_FILE_CREATE, -PRNG_ERR_FILE_OPEN), RNG_Initialize(Fs().dir.c_str(), 0)),
-        ROW(Is(-BAD_PARAM_ERROR), RNG_MakeSeedFile(nullptr, "", 0)),
-        ROW(Is(-BAD_PARAM_ERROR), RNG_MakeSeedFile("", nullptr, 0)),
         {"RNG_MakeSeedFile missing directory, closed input", [] {
              return WithClosedInput([] {
                  return -int(RNG_MakeSeedFile(Fs().noDir.c_str(), nullptr, OPT_RNG_NO_PROMPT));
@@ -85,38 +73,32 @@ Table RandomRows() {
         ROW(AnyOf(0, 1), RNG_Test(nullptr)),
         ROW(Is(-PRNG_ERR_FILE_CREATE), RNG_Test(Fs().noDir.c_str())),
         ROW(Is(-BAD_PARAM_ERROR), RNG_TestDRBGVS(nullptr, 0, 0, "", "", "", "", "", "", "", 0)),
-        ROW(Is(-BAD_PARAM_ERROR),
-            RNG_TestDRBGVS(t, 100, kMin, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, 0)),
-        ROW(Is(-PRNG_ERR_TOOBIG),
-            RNG_TestDRBGVS(t, 100, kMax, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, 0)),
         ROW(Is(512),
             RNG_TestDRBGVS(nullptr, kMin, 2048, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, 0)),
         ROW(Is(4), RNG_TestDRBGVS(t, 5, 64, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, kMin)),
         ROW(Is(2), RNG_TestDRBGVS(t, 100, 8, "zz", "\x80\xff", "-", "0", "g0", "000", "x1y", 0x10000)),
     };
+    VARY(RNG_KeyBytes, {o, 16, nullptr, 0},
+         {{BAD_PARAM_ERROR, {{0, nullptr}, {1, kMin}, {3, 5}}}, {PRNG_ERR_TOOBIG, {{1, 65537}}}, {0, {{1, 0}}}});
+    VARY(RNG_KeyHex, {t, 32, 16, nullptr, 0},
+         {{NULL_ERROR, {{0, nullptr}, {1, 0}}}, {BAD_PARAM_ERROR, {{2, 0}, {4, 1}}}, {PRNG_ERR_TOOBIG, {{2, 65537}}}});
+    VARY(RNG_MakeSeedFile, {"", "", 0}, {{-BAD_PARAM_ERROR, {{0, nullptr}, {1, nullptr}}}});
+    VARY(RNG_TestDRBGVS, {t, 100, 64, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, 0},
+         {{-PRNG_ERR_TOOBIG, {{2, kMax}}}, {-BAD_PARAM_ERROR, {{2, kMin}}}});
+    return rows;
 }
 
 Table UtilityRows() {
     // 40 bytes deflated.
     std::vector<uint8_t> z(64);
     z.resize(size_t(std::max(0, ZLIB_Deflate(z.data(), 64, in, 40))));
-    return {
-        ROW(Is(-BAD_PARAM_ERROR), ZLIB_Deflate(o, 64, nullptr, 3)),
-        ROW(Is(-BAD_PARAM_ERROR), ZLIB_Deflate(o, 64, in, kMin)),
-        ROW(Is(-BAD_PARAM_ERROR), ZLIB_Deflate(o, -1, in, 3)),
+    Table rows = {
         ROW(Is(8), ZLIB_Deflate(nullptr, 0, in, 0)),
-        ROW(Is(-SHORT_BUF_ERROR), ZLIB_Deflate(o, 2, in, 3)),
         ROW(Is(-BAD_PARAM_ERROR), ZLIB_Inflate(o, 64, nullptr, 3)),
-        ROW(Is(-BAD_PARAM_ERROR), ZLIB_Inflate(o, 64, in, -1)),
-        ROW(Is(-INVALID_DATA_ERROR), ZLIB_Inflate(o, 64, in, 64)),
-        ROW(Is(-INVALID_DATA_ERROR), ZLIB_Inflate(o, 64, in, 0)),
         ROW(Is(-INVALID_DATA_ERROR), ZLIB_Inflate(o, 64, z.data(), int32_t(z.size()) - 1)),  // cut short
         ROW(Is(-SHORT_BUF_ERROR), ZLIB_Inflate(o, 39, z.data(), int32_t(z.size()))),
         ROW(Is(-BAD_FLAG_ERROR), COMPR_Compress(o, 64, nullptr, -1, 2)),
-        ROW(Is(-BAD_PARAM_ERROR), COMPR_Compress(o, 64, nullptr, 3, OPT_COMPR_ZSTD)),
-        ROW(Is(-BAD_PARAM_ERROR), COMPR_Compress(o, 64, in, -1, OPT_COMPR_ZSTD)),
         ROW(Is(-BAD_PARAM_ERROR), COMPR_Compress(o, kMin, in, 3, 0)),
-        ROW(Is(-SHORT_BUF_ERROR), COMPR_Compress(o, 1, in, 3, OPT_COMPR_ZSTD)),
         ROW(Is(-BAD_FORMAT_ERROR), COMPR_Uncompress(o, 64, z.data(), int32_t(z.size()), OPT_COMPR_ZSTD)),
         {"COMPR_Uncompress zstd frame with a huge size", [=] {
              // Magic, a descriptor with an 8-byte content size, window byte,
@@ -127,22 +109,11 @@ Table UtilityRows() {
          }, Is(-ZLIB_COMPR_ERROR)},
         ROW(Is(-BAD_FORMAT_ERROR),
             COMPR_Uncompress(o, 64, std::vector<uint8_t>{0x28, 0xB5, 0x2F}.data(), 3, OPT_COMPR_ZSTD)),
-        ROW(Is(-BAD_PARAM_ERROR), COMPR_Uncompress(o, 64, nullptr, 3, 0)),
         ROW(Is(-BAD_PARAM_ERROR), COMPR_Uncompress(o, 64, in, kMin, 1)),
-        ROW(Is(-BAD_FLAG_ERROR), COMPR_Uncompress(o, 64, in, 3, 0xF)),
-        ROW(Is(-INVALID_DATA_ERROR), COMPR_Uncompress(o, 64, in, 64, 0)),
 
-        ROW(Is(BAD_PARAM_ERROR), Latched(CRC_Bytes(nullptr, 5, 0))),
-        ROW(Is(BAD_PARAM_ERROR), Latched(CRC_Bytes(in, kMin, 0))),
         ROW(Is(int32_t(0xCBF43926u)), CRC_Bytes(reinterpret_cast<const uint8_t*>("123456789"), 9, kMin)),
         ROW(Is(BAD_PARAM_ERROR), Latched(CRC_String(nullptr, 0))),
-        ROW(Is(OPEN_ERROR), Latched(CRC_File(nullptr, 0))),
-        ROW(Is(OPEN_ERROR), Latched(CRC_File(Fs().dir.c_str(), 0))),
-        ROW(Is(OPEN_ERROR), Latched(CRC_File(Fs().missing.c_str(), 0))),
 
-        ROW(Is(NULL_ERROR), WIPE_Data(nullptr, 5)),
-        ROW(Is(BAD_PARAM_ERROR), WIPE_Data(Buf().out, 0)),
-        ROW(Is(BAD_PARAM_ERROR), WIPE_Data(Buf().out, kMin)),
         ROW(Is(NULL_ERROR), WIPE_File(nullptr, 0)),
         ROW(Is(OPEN_ERROR), WIPE_File(Fs().missing.c_str(), OPT_WIPE_FAST)),
         ROW(Is(OPEN_ERROR), WIPE_File(Fs().dir.c_str(), 0)),
@@ -157,6 +128,18 @@ Table UtilityRows() {
         ROW(Is(0), WIPE_File(MakeFile("wipe.bin", 4097).c_str(), kMin)),
         ROW(Is(0), WIPE_File(MakeFile("empty-wipe.bin", 0).c_str(), 1)),
     };
+    VARY(ZLIB_Deflate, {o, 64, in, 3},
+         {{-BAD_PARAM_ERROR, {{2, nullptr}, {3, kMin}, {1, -1}}}, {-SHORT_BUF_ERROR, {{1, 2}}}});
+    VARY(ZLIB_Inflate, {o, 64, in, 64}, {{-BAD_PARAM_ERROR, {{3, -1}}}, {-INVALID_DATA_ERROR, {{3, 64}, {3, 0}}}});
+    VARY(COMPR_Compress, {o, 64, in, 3, OPT_COMPR_ZSTD},
+         {{-BAD_PARAM_ERROR, {{2, nullptr}, {3, -1}}}, {-SHORT_BUF_ERROR, {{1, 1}}}});
+    VARY(COMPR_Uncompress, {o, 64, in, 3, 0},
+         {{-BAD_PARAM_ERROR, {{2, nullptr}}}, {-BAD_FLAG_ERROR, {{4, 0xF}}}, {-INVALID_DATA_ERROR, {{3, 64}}}});
+    VARY(CRC_Bytes, {in, 5, 0}, {{BAD_PARAM_ERROR, {{0, nullptr}, {1, kMin}}}}, {.latch = API_ErrorCode});
+    VARY(CRC_File, {ex, 0}, {{OPEN_ERROR, {{0, nullptr}, {0, Fs().dir.c_str()}, {0, Fs().missing.c_str()}}}},
+         {.latch = API_ErrorCode});
+    VARY(WIPE_Data, {Buf().out, 5}, {{NULL_ERROR, {{0, nullptr}}}, {BAD_PARAM_ERROR, {{1, 0}, {1, kMin}}}});
+    return rows;
 }
 
 }  // namespace sweep

@@ -60,81 +60,47 @@ Open OpenAll(const Inputs& in) {
 }
 
 // Feeds the message through every open context, in pieces, and closes them.
-// Each call is a statement of its own, so that they run in this order.
+// The calls of a braced list run in their order.
 void FinishAll(const Inputs& in, const Open& o, Results& r) {
     const uint8_t* m = in.message;
+    const int32_t* h = o.handle;
     uint8_t out[512];
     uint8_t tag[16];
     char hex[257];
-    std::vector<int32_t> codes;
-    auto add = [&](const char* name, const uint8_t* bytes, size_t n) {
+    auto add = [&](const char* name, std::initializer_list<int32_t> codes, const void* bytes, size_t n) {
         std::string line = name;
         for (int32_t c : codes) line += " " + std::to_string(c);
-        r.push_back(line + " " + ToHex(bytes, n));
-        codes.clear();
+        r.push_back(line + " " + ToHex(static_cast<const uint8_t*>(bytes), n));
     };
 
-    codes.push_back(HASH_AddBytes(o.handle[kHash], m, 100));
-    codes.push_back(HASH_AddBytes(o.handle[kHash], m + 100, 200));
-    codes.push_back(HASH_Final(out, 48, o.handle[kHash]));
-    add("hash", out, 48);
-
-    codes.push_back(MAC_AddBytes(o.handle[kMac], m, 7));
-    codes.push_back(MAC_AddBytes(o.handle[kMac], m + 7, 293));
-    codes.push_back(MAC_Final(out, 64, o.handle[kMac]));
-    add("mac", out, 32);
-
-    codes.push_back(CIPHER_Update(o.handle[kCipher], out, 64, m, 64));
-    codes.push_back(CIPHER_Update(o.handle[kCipher], out + 64, 64, m + 64, 37));
-    codes.push_back(CIPHER_Final(o.handle[kCipher]));
-    add("cipher", out, 101);
-
+    add("hash", {HASH_AddBytes(h[kHash], m, 100), HASH_AddBytes(h[kHash], m + 100, 200), HASH_Final(out, 48, h[kHash])},
+        out, 48);
+    add("mac", {MAC_AddBytes(h[kMac], m, 7), MAC_AddBytes(h[kMac], m + 7, 293), MAC_Final(out, 64, h[kMac])}, out, 32);
+    add("cipher",
+        {CIPHER_Update(h[kCipher], out, 64, m, 64), CIPHER_Update(h[kCipher], out + 64, 64, m + 64, 37),
+         CIPHER_Final(h[kCipher])},
+        out, 101);
     std::memcpy(out, m, 96);
-    codes.push_back(AES128_Update(o.handle[kAes], out, 48));
-    codes.push_back(AES128_Update(o.handle[kAes], out + 48, 48));
-    codes.push_back(AES128_Final(o.handle[kAes]));
-    add("aes", out, 96);
-
+    add("aes", {AES128_Update(h[kAes], out, 48), AES128_Update(h[kAes], out + 48, 48), AES128_Final(h[kAes])}, out, 96);
     std::memcpy(out, m, 40);
-    codes.push_back(BLF_Update(o.handle[kBlf], out, 40));
-    codes.push_back(BLF_Ecb(o.handle[kBlf], out, 16, 0));
-    codes.push_back(BLF_Final(o.handle[kBlf]));
-    add("blf", out, 40);
-
-    codes.push_back(GCM_NextEncrypt(o.handle[kGcm], out, 300, tag, 16, m, 300, in.iv, 16, m, 9));
-    codes.push_back(GCM_FinishKey(o.handle[kGcm]));
-    std::memcpy(out + 300, tag, 16);
-    add("gcm", out, 316);
-
-    const int32_t a = o.handle[kAead];
-    codes.push_back(AEAD_SetNonce(a, in.iv, 12));
-    codes.push_back(AEAD_AddAAD(a, m, 20));
-    codes.push_back(AEAD_StartEncrypt(a));
-    codes.push_back(AEAD_Update(a, out, 63, m, 63));
-    codes.push_back(AEAD_Update(a, out + 63, 65, m + 63, 65));
-    codes.push_back(AEAD_FinishEncrypt(a, out + 128, 16));
-    codes.push_back(AEAD_Destroy(a));
-    add("aead", out, 144);
-
-    codes.push_back(CIPHER_StreamUpdate(o.handle[kStream], out, m, 1));
-    codes.push_back(CIPHER_StreamUpdate(o.handle[kStream], out + 1, m + 1, 130));
-    codes.push_back(CIPHER_StreamFinal(o.handle[kStream]));
-    add("stream", out, 131);
-
-    codes.push_back(SHA3_AddBytes(o.handle[kSha3], m, 150));
-    codes.push_back(SHA3_AddString(o.handle[kSha3], "tail"));
-    codes.push_back(SHA3_HexDigest(hex, 256, o.handle[kSha3]));
-    add("sha3", reinterpret_cast<const uint8_t*>(hex), 96);
-
-    codes.push_back(SHA1_AddBytes(o.handle[kSha1], m, 300));
-    codes.push_back(SHA1_HexDigest(hex, o.handle[kSha1]));
-    add("sha1", reinterpret_cast<const uint8_t*>(hex), 40);
-
+    add("blf", {BLF_Update(h[kBlf], out, 40), BLF_Ecb(h[kBlf], out, 16, 0), BLF_Final(h[kBlf])}, out, 40);
+    add("gcm", {GCM_NextEncrypt(h[kGcm], out, 300, tag, 16, m, 300, in.iv, 16, m, 9), GCM_FinishKey(h[kGcm])}, out,
+        300);
+    add("gcm tag", {}, tag, 16);
+    const int32_t a = h[kAead];
+    add("aead",
+        {AEAD_SetNonce(a, in.iv, 12), AEAD_AddAAD(a, m, 20), AEAD_StartEncrypt(a), AEAD_Update(a, out, 63, m, 63),
+         AEAD_Update(a, out + 63, 65, m + 63, 65), AEAD_FinishEncrypt(a, out + 128, 16), AEAD_Destroy(a)},
+        out, 144);
+    add("stream",
+        {CIPHER_StreamUpdate(h[kStream], out, m, 1), CIPHER_StreamUpdate(h[kStream], out + 1, m + 1, 130),
+         CIPHER_StreamFinal(h[kStream])},
+        out, 131);
+    add("sha3", {SHA3_AddBytes(h[kSha3], m, 150), SHA3_AddString(h[kSha3], "tail"), SHA3_HexDigest(hex, 256, h[kSha3])},
+        hex, 96);
+    add("sha1", {SHA1_AddBytes(h[kSha1], m, 300), SHA1_HexDigest(hex, h[kSha1])}, hex, 40);
     // A handle that was used up stays refused.
-    codes.push_back(HASH_Reset(o.handle[kHash]));
-    codes.push_back(CIPHER_Final(o.handle[kCipher]));
-    codes.push_back(AEAD_Destroy(a));
-    add("ended", out, 0);
+    add("ended", {HASH_Reset(h[kHash]), CIPHER_Final(h[kCipher]), AEAD_Destroy(a)}, out, 0);
 }
 
 // One-shot calls and the latch.
@@ -142,8 +108,9 @@ void OneShots(const Inputs& in, Results& r) {
     const uint8_t* m = in.message;
     uint8_t out[512];
     char text[300];
-    auto add = [&](const char* name, int32_t code, const uint8_t* bytes, size_t n) {
-        r.push_back(std::string(name) + " " + std::to_string(code) + " " + ToHex(bytes, n));
+    auto add = [&](const char* name, int32_t code, const void* bytes, size_t n) {
+        const std::string hex = ToHex(static_cast<const uint8_t*>(bytes), n);
+        r.push_back(std::string(name) + " " + std::to_string(code) + " " + hex);
     };
     add("hash1", HASH_Bytes(out, 64, m, 300, OPT_HASH_SHA3_512), out, 64);
     add("mac1", MAC_Bytes(out, 16, m, 300, in.key, 24, OPT_CMAC_AES192), out, 16);
@@ -155,7 +122,7 @@ void OneShots(const Inputs& in, Results& r) {
     add("zlib1", c, out, size_t(c > 0 ? c : 0));
     add("crc1", CRC_Bytes(m, 300, 0), out, 0);
     c = CNV_B64StrFromBytes(text, 299, m, 100);
-    add("b64", c, reinterpret_cast<const uint8_t*>(text), size_t(c > 0 ? c : 0));
+    add("b64", c, text, size_t(c > 0 ? c : 0));
     add("kw1", CIPHER_KeyWrap(out, 40, in.key, 32, m, 32, OPT_CIPHER_AES256), out, 40);
     // The latch is the thread's own, whatever other threads fail with.
     HASH_Length(9);
