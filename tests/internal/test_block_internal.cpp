@@ -3,8 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
-#include <string>
-#include <vector>
 
 #include "block/block.h"
 #include "block/family.h"
@@ -13,40 +11,31 @@
 #include "test_support.h"
 
 namespace {
-
-const uint8_t kKey[32] = {0x60, 0x3d, 0xeb, 0x10, 0x15, 0xca, 0x71, 0xbe, 0x2b, 0x73, 0xae,
-                          0xf0, 0x85, 0x7d, 0x77, 0x81, 0x1f, 0x35, 0x2c, 0x07, 0x3b, 0x61,
-                          0x08, 0xd7, 0x2d, 0x98, 0x10, 0xa3, 0x09, 0x14, 0xdf, 0xf4};
-const uint8_t kIv[16] = {0xf0, 0xf1, 0xf2, 0xf3, 0xf4, 0xf5, 0xf6, 0xf7,
-                         0xf8, 0xf9, 0xfa, 0xfb, 0xfc, 0xfd, 0xfe, 0xff};
+const ByteVec kKey = Pattern(32, 0x60), kIv = Pattern(16, 0xf0);
 
 template <class T>
 bool AllZero(const T& object) {
-    const auto* p = reinterpret_cast<const uint8_t*>(&object);
-    for (size_t i = 0; i < sizeof object; ++i)
-        if (p[i] != 0) return false;
-    return true;
+    return std::memcmp(&object, ByteVec(sizeof object).data(), sizeof object) == 0;
 }
 }  // namespace
 
 TEST(BlockEngine, CounterCarryAndWrap) {
     uint8_t data[48] = {};
     AesContext aes;
-    uint8_t allOnes[16];
-    std::memset(allOnes, 0xff, 16);
-    ASSERT_EQ(AesSetupMode(&aes, kModeCtr, kKey, 16, 1, allOnes), 0);
+    const ByteVec allOnes(16, 0xff);
+    ASSERT_EQ(AesSetupMode(&aes, kModeCtr, kKey.data(), 16, 1, allOnes.data()), 0);
     ASSERT_EQ(AesProcess(&aes, data, data, 16), 0);
     EXPECT_EQ(ToHex(aes.iv, 16), std::string(32, '0'));
     // A part block still advances the counter: 17 bytes count two.
     uint8_t low[16] = {};
     low[14] = low[15] = 0xff;
-    ASSERT_EQ(AesSetupMode(&aes, kModeCtr, kKey, 16, 0, low), 0);
+    ASSERT_EQ(AesSetupMode(&aes, kModeCtr, kKey.data(), 16, 0, low), 0);
     ASSERT_EQ(AesProcess(&aes, data, data, 17), 0);
     EXPECT_EQ(ToHex(aes.iv, 16), "00000000000000000000000000010001");
     // The 64-bit ciphers carry from the low word into the high word.
     TdeaContext tdea;
     const uint8_t iv8[8] = {0x01, 0x23, 0x45, 0x67, 0xff, 0xff, 0xff, 0xff};
-    ASSERT_EQ(TdeaSetupMode(&tdea, kModeCtr, kKey, 1, iv8), 0);
+    ASSERT_EQ(TdeaSetupMode(&tdea, kModeCtr, kKey.data(), 1, iv8), 0);
     ASSERT_EQ(TdeaProcess(&tdea, data, data, 8), 0);
     EXPECT_EQ(tdea.iv[0], 0x01234568u);
     EXPECT_EQ(tdea.iv[1], 0u);
@@ -58,8 +47,8 @@ TEST(BlockEngine, CounterCarryAndWrap) {
 TEST(BlockEngine, CfbPartBlockRegisters) {
     uint8_t data[5] = {1, 2, 3, 4, 5}, back[5];
     AesContext enc, dec;
-    ASSERT_EQ(AesSetupMode(&enc, kModeCfb, kKey, 16, 1, kIv), 0);
-    ASSERT_EQ(AesSetupMode(&dec, kModeCfb, kKey, 16, 0, kIv), 0);
+    ASSERT_EQ(AesSetupMode(&enc, kModeCfb, kKey.data(), 16, 1, kIv.data()), 0);
+    ASSERT_EQ(AesSetupMode(&dec, kModeCfb, kKey.data(), 16, 0, kIv.data()), 0);
     ASSERT_EQ(AesProcess(&enc, data, data, 5), 0);
     ASSERT_EQ(AesProcess(&dec, back, data, 5), 0);
     EXPECT_EQ(ToHex(back, 5), "0102030405");
@@ -106,15 +95,15 @@ TEST(CipherSelect, SelectionAndOptionWord) {
 
 TEST(BlockSlots, WipedAfterFinalAndFailedInit) {
     ContextArea* area = GetContextArea();
-    const int32_t h = family::Init<family::BlfTraits>(kKey, 16, 1, "CBC", kIv);
+    const int32_t h = family::Init<family::BlfTraits>(kKey.data(), 16, 1, "CBC", kIv.data());
     ASSERT_NE(h, 0);
     EXPECT_FALSE(AllZero(area->blf.context));
     ASSERT_EQ(family::Final<family::BlfTraits>(h), 0);
     EXPECT_TRUE(AllZero(area->blf.context));
     EXPECT_EQ(area->blf.handle, 0u);
 
-    ASSERT_NE(family::Init<family::AesTraits>(kKey, 16, 1, "OFB", kIv), 0);
-    EXPECT_EQ(family::Init<family::AesTraits>(kKey, 20, 1, "OFB", kIv), 0);
+    ASSERT_NE(family::Init<family::AesTraits>(kKey.data(), 16, 1, "OFB", kIv.data()), 0);
+    EXPECT_EQ(family::Init<family::AesTraits>(kKey.data(), 20, 1, "OFB", kIv.data()), 0);
     EXPECT_EQ(area->aes.lastInitResult, BAD_KEY_LEN_ERROR);
     EXPECT_TRUE(AllZero(area->aes.context));
 }

@@ -2,21 +2,17 @@
 // counter and the ChaCha20 counter layouts and carry.
 #include <gtest/gtest.h>
 
-#include <vector>
-
 #include "stream/chacha20.h"
 #include "stream/salsa20.h"
 #include "test_support.h"
 #include "vector_reader.h"
 
 namespace {
-const uint8_t kKey[32] = {0x80, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15,
-                          16, 17, 18, 19, 20, 21, 22, 23, 24, 25, 26, 27, 28, 29, 30, 31};
-const uint8_t kNonce[16] = {0xf0, 0xf1, 0xf2, 0xf3, 0xf4, 0xf5, 0xf6, 0xf7,
-                            0xf8, 0xf9, 0xfa, 0xfb, 0xfc, 0xfd, 0xfe, 0xff};
+const ByteVec keyBytes = Pattern(32, 0x80), nonceBytes = Pattern(16, 0xf0);
+const uint8_t *kKey = keyBytes.data(), *kNonce = nonceBytes.data();
 
-std::vector<uint8_t> Keystream(Chacha20State* s, size_t n) {
-    std::vector<uint8_t> zeros(n, 0), out(n);
+ByteVec Keystream(Chacha20State* s, size_t n) {
+    ByteVec zeros(n, 0), out(n);
     Chacha20Xor(s, zeros.data(), out.data(), n);
     return out;
 }
@@ -25,7 +21,7 @@ std::vector<uint8_t> Keystream(Chacha20State* s, size_t n) {
 TEST(Salsa20Core, PublishedBlocksAtAnyCounter) {
     int checked = 0;
     for (const auto& r : ReadVectorFile("estream/salsa20_verified_subset.txt")) {
-        std::vector<uint8_t> key = r.Bytes("KEY"), iv = r.Bytes("IV"), out(64, 0);
+        ByteVec key = r.Bytes("KEY"), iv = r.Bytes("IV"), out(64, 0);
         uint64_t counter = std::stoull(r.Get("COUNTER"), nullptr, 16) + uint64_t(r.Int("OFFSET")) / 64;
         Salsa20State s;
         ASSERT_EQ(Salsa20Setup(&s, key.data(), int32_t(key.size()), iv.data(), 8), 0);
@@ -47,13 +43,13 @@ TEST(Chacha20Core, CounterLayoutsAndCarry) {
     // 12-byte nonce, counter 0xFFFFFFFF: the second block runs with counter 0
     // and the first nonce word plus one (no wrap test, unlike RFC 8439).
     ASSERT_EQ(Chacha20Setup(&a, kKey, 32, kNonce, 12, 0xFFFFFFFFu), 0);
-    std::vector<uint8_t> two = Keystream(&a, 128);
+    ByteVec two = Keystream(&a, 128);
     EXPECT_EQ(a.words[12], 1u);
     uint8_t bumped[12];
     std::copy(kNonce, kNonce + 12, bumped);
-    bumped[0]++;  // little-endian word 0xf3f2f1f0 + 1
+    bumped[0]++;  // the first little-endian word plus one
     ASSERT_EQ(Chacha20Setup(&b, kKey, 32, bumped, 12, 0), 0);
-    EXPECT_EQ(std::vector<uint8_t>(two.begin() + 64, two.end()), Keystream(&b, 64));
+    EXPECT_EQ(ByteVec(two.begin() + 64, two.end()), Keystream(&b, 64));
     // The 8-byte layout carries word 12 into word 13 in the same way; a
     // short call spends its whole block.
     ASSERT_EQ(Chacha20Setup(&a, kKey, 16, kNonce, 8, 0xFFFFFFFFu), 0);
