@@ -1,5 +1,6 @@
-// Block-cipher internals: the mode engine's counter and part blocks, cipher
-// selection, and the wiping of the thread's cipher slots.
+// Cipher internals: the mode engine's counter and part blocks, cipher
+// selection, the wiping of the thread's cipher slots, and the stream cores
+// where the exports cannot reach (a chosen Salsa20 counter, ChaCha20 layouts).
 #include <gtest/gtest.h>
 
 #include <cstring>
@@ -8,7 +9,10 @@
 #include "block/family.h"
 #include "cipher/select.h"
 #include "frame/frame.h"
+#include "stream/chacha20.h"
+#include "stream/salsa20.h"
 #include "test_support.h"
+#include "vector_reader.h"
 
 namespace {
 const ByteVec kKey = Pattern(32, 0x60), kIv = Pattern(16, 0xf0);
@@ -16,6 +20,12 @@ const ByteVec kKey = Pattern(32, 0x60), kIv = Pattern(16, 0xf0);
 template <class T>
 bool AllZero(const T& object) {
     return std::memcmp(&object, ByteVec(sizeof object).data(), sizeof object) == 0;
+}
+
+ByteVec Keystream(Chacha20State* s, size_t n) {
+    ByteVec zeros(n, 0), out(n);
+    Chacha20Xor(s, zeros.data(), out.data(), n);
+    return out;
 }
 }  // namespace
 
@@ -106,4 +116,43 @@ TEST(BlockSlots, WipedAfterFinalAndFailedInit) {
     EXPECT_EQ(family::Init<family::AesTraits>(kKey.data(), 20, 1, "OFB", kIv.data()), 0);
     EXPECT_EQ(area->aes.lastInitResult, BAD_KEY_LEN_ERROR);
     EXPECT_TRUE(AllZero(area->aes.context));
+}
+
+TEST(Salsa20Core, PublishedBlocksAtAnyCounter) {
+    const auto records = ReadVectorFile("estream/salsa20_verified_subset.txt");
+    ASSERT_EQ(records.size(), 7u);
+    for (const auto& r : records) {
+        ByteVec key = r.Bytes("KEY"), iv = r.Bytes("IV"), out(64, 0);
+        uint64_t counter = std::stoull(r.Get("COUNTER"), nullptr, 16) + uint64_t(r.Int("OFFSET")) / 64;
+        Salsa20State s;
+        ASSERT_EQ(Salsa20Setup(&s, key.data(), int32_t(key.size()), iv.data(), 8), 0);
+        s.words[8] = uint32_t(counter);
+        s.words[9] = uint32_t(counter >> 32);
+        Salsa20Xor(&s, out.data(), out.data(), 64);
+        EXPECT_EQ(ToHex(out), ToHex(r.Bytes("STREAM"))) << "line " << r.line;
+    }
+}
+
+TEST(Chacha20Core, CounterLayoutsAndCarry) {
+    Chacha20State a, b;
+    // A 16-byte nonce carries its own counter: the argument is ignored.
+    ASSERT_EQ(Chacha20Setup(&a, kKey.data(), 32, kIv.data(), 16, 0), 0);
+    ASSERT_EQ(Chacha20Setup(&b, kKey.data(), 32, kIv.data(), 16, 12345), 0);
+    EXPECT_EQ(Keystream(&a, 80), Keystream(&b, 80));
+    // 12-byte nonce, counter 0xFFFFFFFF: the second block runs with counter 0
+    // and the first nonce word plus one (no wrap test, unlike RFC 8439).
+    ASSERT_EQ(Chacha20Setup(&a, kKey.data(), 32, kIv.data(), 12, 0xFFFFFFFFu), 0);
+    ByteVec two = Keystream(&a, 128);
+    EXPECT_EQ(a.words[12], 1u);
+    uint8_t bumped[12];
+    std::copy(kIv.begin(), kIv.begin() + 12, bumped);
+    bumped[0]++;  // the first little-endian word plus one
+    ASSERT_EQ(Chacha20Setup(&b, kKey.data(), 32, bumped, 12, 0), 0);
+    EXPECT_EQ(ByteVec(two.begin() + 64, two.end()), Keystream(&b, 64));
+    // The 8-byte layout carries word 12 into word 13 in the same way; a
+    // short call spends its whole block.
+    ASSERT_EQ(Chacha20Setup(&a, kKey.data(), 16, kIv.data(), 8, 0xFFFFFFFFu), 0);
+    Keystream(&a, 5);
+    EXPECT_EQ(a.words[12], 0u);
+    EXPECT_EQ(a.words[13], 1u);
 }

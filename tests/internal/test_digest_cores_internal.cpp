@@ -62,7 +62,6 @@ Context CountCarried(Start start, Update update, Final final, uint32_t high = 0)
 
 TEST(DigestCores, BitCountsCarry) {
     auto sha1 = CountCarried<Sha1Context>(Sha1Start, Sha1Update, Sha1Final);
-    EXPECT_TRUE(sha1.countHigh == 1 && sha1.countLow == 8);
     EXPECT_EQ(ToHex(sha1.block + 56, 8), "0000000100000008");
     auto sha256 = CountCarried<Sha256Context>(Sha256Start, Sha256Update, Sha256Final, 7);
     EXPECT_EQ(ToHex(sha256.block + 56, 8), "0000000800000008");

@@ -6,9 +6,10 @@
 
 #include <algorithm>
 #include <cstring>
+#include <tuple>
 
 #include "child_run.h"
-#include "digest/sha512.h"
+#include "digest/digest.h"
 #include "frame/frame.h"
 #include "rng/drbg.h"
 #include "rng/entropy.h"
@@ -34,11 +35,8 @@ DrbgState KnownState() {
 }
 
 std::string Sha512Hex(const ByteVec& data) {
-    Sha512Context ctx;
     uint8_t out[64];
-    Sha512Start(&ctx);
-    Sha512Update(&ctx, data.data(), uint32_t(data.size()));
-    Sha512Final(out, &ctx);
+    DigestRaw(out, data.data(), uint32_t(data.size()), OPT_HASH_SHA512);
     return ToHex(out, 64);
 }
 }  // namespace
@@ -147,24 +145,20 @@ TEST(DrbgGenerate, FailedGeneratorEndsTheProcessWithAReport) {
     EXPECT_NE(r.log.find("(c0001f48) RNG failed continuous testing"), std::string::npos);
 }
 
+// The thread's generator is in use, and neither side will reseed.
 TEST(DrbgGenerate, ForkedChildDoesNotRepeatItsParent) {
-    uint8_t parent[32], child[32];
-    ASSERT_EQ(RNG_NonceData(parent, 32), 0);  // the thread's generator is in use
-    SetLastDraw(&g_sharedRng.pools, 0);       // and neither side will reseed
-    int p[2];
-    ASSERT_EQ(pipe(p), 0);
-    pid_t pid = fork();
-    if (pid == 0) {
-        RNG_NonceData(child, 32);
-        (void)!write(p[1], child, 32);
-        _exit(0);
-    }
+    uint8_t parent[32];
     ASSERT_EQ(RNG_NonceData(parent, 32), 0);
-    ASSERT_EQ(read(p[0], child, 32), 32);
-    waitpid(pid, nullptr, 0);
-    EXPECT_NE(ToHex(parent, 32), ToHex(child, 32));
-    close(p[0]);
-    close(p[1]);
+    SetLastDraw(&g_sharedRng.pools, 0);
+    const ChildOutcome child = RunInChild([] {
+        uint8_t out[32];
+        std::fputs(ToHex(out, RNG_NonceData(out, 32) == 0 ? 32 : 0).c_str(), stderr);
+        return 0;
+    });
+    SetLastDraw(&g_sharedRng.pools, 0);
+    ASSERT_EQ(RNG_NonceData(parent, 32), 0);
+    EXPECT_EQ(child.console.size(), 64u);
+    EXPECT_NE(child.console, ToHex(parent, 32));
 }
 
 TEST(EntropyPools, DrawSchedule) {
@@ -238,16 +232,13 @@ TEST(EntropyPools, UnforcedDrawNeedsBytesAndTime) {
     static EntropyPools pools;
     InitPools(&pools);
     pools.reseedCount = 1;
-    struct Case {
-        uint32_t poolZeroBytes;
-        uint64_t ageMs;
-        uint32_t drawn;
-    } cases[] = {{31, 500, 0}, {32, 500, 128}, {32, 100, 0}, {32, 102, 64}, {5000, 0, 0}};
-    for (const auto& c : cases) {
-        SetLastDraw(&pools, c.ageMs);
-        pools.pool[0].byteCount = c.poolZeroBytes;
-        uint8_t out[kPoolDrawRoom];
-        EXPECT_EQ(ReseedFromPools(&pools, out, 0), c.drawn) << c.poolZeroBytes << "/" << c.ageMs;
+    uint8_t out[kPoolDrawRoom];
+    // Bytes in pool 0, milliseconds since the last draw, bytes drawn.
+    for (auto [bytes, ageMs, drawn] : {std::tuple{31u, 500u, 0u}, {32u, 500u, 128u}, {32u, 100u, 0u}, {32u, 102u, 64u},
+                                       {5000u, 0u, 0u}}) {
+        SetLastDraw(&pools, ageMs);
+        pools.pool[0].byteCount = bytes;
+        EXPECT_EQ(ReseedFromPools(&pools, out, 0), drawn) << bytes << "/" << ageMs;
     }
     // A high half that moved on is enough, whatever the low halves say.
     pools.lastReseedHigh = 5;
