@@ -201,8 +201,7 @@ TEST(EntropyPools, EventsHashAsOneByteStream) {
         const uint8_t source = uint8_t(i % 9);
         pools.nextPool[source] = 0;
         AddEvent(&pools, source, data, length);
-        stream.push_back(source);
-        stream.push_back(uint8_t(kept));
+        stream.insert(stream.end(), {source, uint8_t(kept)});
         stream.insert(stream.end(), data, data + kept);
     }
     EXPECT_EQ(pools.pool[0].byteCount, stream.size());

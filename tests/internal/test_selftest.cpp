@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <cstring>
 #include <thread>
+#include <tuple>
 
 #include "child_run.h"
 #include "frame/frame.h"
@@ -12,6 +13,7 @@
 #include "frame/selftest.h"
 #include "frame/selftest_check.h"
 #include "rng/entropy.h"
+#include "test_support.h"
 #include "util/cpu.h"
 
 namespace {
@@ -54,8 +56,7 @@ TEST(PowerUpTests, PassOnEveryProcessorPath) {
 
 // The run must not reach the frame: a thread with no record gets none.
 TEST(PowerUpTests, RunOnAThreadWithoutARecordLeavesNone) {
-    ThreadState* before = &g_fallbackThreadState;
-    ThreadState* after = &g_fallbackThreadState;
+    ThreadState *before = &g_fallbackThreadState, *after = before;
     int result = -1;
     std::thread worker([&] {
         before = TlsRead();
@@ -70,26 +71,20 @@ TEST(PowerUpTests, RunOnAThreadWithoutARecordLeavesNone) {
 
 // Answers of odd lengths (the Blowfish part blocks) end in a byte tail.
 TEST(PowerUpTests, ComparisonSeesEveryByteAndKeepsAFailure) {
-    struct Case {
-        size_t length;
-        int differAt;  // -1: equal
-        bool fault, ok;
-    } cases[] = {
-        {29, -1, false, true}, {29, 28, false, false}, {29, 25, false, false}, {29, 0, false, false},
-        {16, 15, false, false}, {16, 12, false, false}, {3, 2, false, false}, {64, 63, false, false},
-        {29, -1, true, false}, {8, -1, true, false},
-    };
-    for (const auto& c : cases) {
-        uint8_t want[kKatMaxAnswer], got[kKatMaxAnswer];
-        for (size_t i = 0; i < sizeof want; ++i) want[i] = uint8_t(i * 37 + 1);
-        std::memcpy(got, want, sizeof got);
-        if (c.differAt >= 0) got[c.differAt] ^= 0x80;
-        KatTally tally{true, c.fault};
-        KatCheck(&tally, got, want, c.length);
-        EXPECT_EQ(tally.ok, c.ok) << c.length << " " << c.differAt << " " << c.fault;
+    // Length, the byte that differs (-1: none), a planted fault.
+    for (auto [length, differAt, fault] : {std::tuple{29u, -1, false}, {29u, 28, false}, {29u, 25, false},
+                                           {29u, 0, false}, {16u, 15, false}, {16u, 12, false}, {3u, 2, false},
+                                           {64u, 63, false}, {29u, -1, true}, {8u, -1, true}}) {
+        const ByteVec want = Pattern(kKatMaxAnswer, 1);
+        ByteVec got = want;
+        if (differAt >= 0) got[size_t(differAt)] ^= 0x80;
+        const bool ok = differAt < 0 && !fault;
+        KatTally tally{true, fault};
+        KatCheck(&tally, got.data(), want.data(), length);
+        EXPECT_EQ(tally.ok, ok) << length << " " << differAt << " " << fault;
         EXPECT_FALSE(tally.fault);  // planted once only
-        KatCheck(&tally, want, want, c.length);  // a later match does not clear a failure
-        EXPECT_EQ(tally.ok, c.ok);
+        KatCheck(&tally, want.data(), want.data(), length);  // a later match does not clear a failure
+        EXPECT_EQ(tally.ok, ok);
     }
 }
 
