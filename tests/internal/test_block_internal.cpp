@@ -1,52 +1,51 @@
-// Block-cipher internals: the mode engine's counter and part blocks, cipher
-// selection, and the wiping of the thread's cipher slots.
+// Cipher internals: the mode engine's counter and part blocks, cipher
+// selection, the wiping of the thread's cipher slots, and the stream cores
+// where the exports cannot reach (a chosen Salsa20 counter, ChaCha20 layouts).
 #include <gtest/gtest.h>
 
 #include <cstring>
-#include <string>
-#include <vector>
 
 #include "block/block.h"
 #include "block/family.h"
 #include "cipher/select.h"
 #include "frame/frame.h"
+#include "stream/chacha20.h"
+#include "stream/salsa20.h"
 #include "test_support.h"
+#include "vector_reader.h"
 
 namespace {
-
-const uint8_t kKey[32] = {0x60, 0x3d, 0xeb, 0x10, 0x15, 0xca, 0x71, 0xbe, 0x2b, 0x73, 0xae,
-                          0xf0, 0x85, 0x7d, 0x77, 0x81, 0x1f, 0x35, 0x2c, 0x07, 0x3b, 0x61,
-                          0x08, 0xd7, 0x2d, 0x98, 0x10, 0xa3, 0x09, 0x14, 0xdf, 0xf4};
-const uint8_t kIv[16] = {0xf0, 0xf1, 0xf2, 0xf3, 0xf4, 0xf5, 0xf6, 0xf7,
-                         0xf8, 0xf9, 0xfa, 0xfb, 0xfc, 0xfd, 0xfe, 0xff};
+const ByteVec kKey = Pattern(32, 0x60), kIv = Pattern(16, 0xf0);
 
 template <class T>
 bool AllZero(const T& object) {
-    const auto* p = reinterpret_cast<const uint8_t*>(&object);
-    for (size_t i = 0; i < sizeof object; ++i)
-        if (p[i] != 0) return false;
-    return true;
+    return std::memcmp(&object, ByteVec(sizeof object).data(), sizeof object) == 0;
+}
+
+ByteVec Keystream(Chacha20State* s, size_t n) {
+    ByteVec zeros(n, 0), out(n);
+    Chacha20Xor(s, zeros.data(), out.data(), n);
+    return out;
 }
 }  // namespace
 
 TEST(BlockEngine, CounterCarryAndWrap) {
     uint8_t data[48] = {};
     AesContext aes;
-    uint8_t allOnes[16];
-    std::memset(allOnes, 0xff, 16);
-    ASSERT_EQ(AesSetupMode(&aes, kModeCtr, kKey, 16, 1, allOnes), 0);
+    const ByteVec allOnes(16, 0xff);
+    ASSERT_EQ(AesSetupMode(&aes, kModeCtr, kKey.data(), 16, 1, allOnes.data()), 0);
     ASSERT_EQ(AesProcess(&aes, data, data, 16), 0);
     EXPECT_EQ(ToHex(aes.iv, 16), std::string(32, '0'));
     // A part block still advances the counter: 17 bytes count two.
     uint8_t low[16] = {};
     low[14] = low[15] = 0xff;
-    ASSERT_EQ(AesSetupMode(&aes, kModeCtr, kKey, 16, 0, low), 0);
+    ASSERT_EQ(AesSetupMode(&aes, kModeCtr, kKey.data(), 16, 0, low), 0);
     ASSERT_EQ(AesProcess(&aes, data, data, 17), 0);
     EXPECT_EQ(ToHex(aes.iv, 16), "00000000000000000000000000010001");
     // The 64-bit ciphers carry from the low word into the high word.
     TdeaContext tdea;
     const uint8_t iv8[8] = {0x01, 0x23, 0x45, 0x67, 0xff, 0xff, 0xff, 0xff};
-    ASSERT_EQ(TdeaSetupMode(&tdea, kModeCtr, kKey, 1, iv8), 0);
+    ASSERT_EQ(TdeaSetupMode(&tdea, kModeCtr, kKey.data(), 1, iv8), 0);
     ASSERT_EQ(TdeaProcess(&tdea, data, data, 8), 0);
     EXPECT_EQ(tdea.iv[0], 0x01234568u);
     EXPECT_EQ(tdea.iv[1], 0u);
@@ -58,8 +57,8 @@ TEST(BlockEngine, CounterCarryAndWrap) {
 TEST(BlockEngine, CfbPartBlockRegisters) {
     uint8_t data[5] = {1, 2, 3, 4, 5}, back[5];
     AesContext enc, dec;
-    ASSERT_EQ(AesSetupMode(&enc, kModeCfb, kKey, 16, 1, kIv), 0);
-    ASSERT_EQ(AesSetupMode(&dec, kModeCfb, kKey, 16, 0, kIv), 0);
+    ASSERT_EQ(AesSetupMode(&enc, kModeCfb, kKey.data(), 16, 1, kIv.data()), 0);
+    ASSERT_EQ(AesSetupMode(&dec, kModeCfb, kKey.data(), 16, 0, kIv.data()), 0);
     ASSERT_EQ(AesProcess(&enc, data, data, 5), 0);
     ASSERT_EQ(AesProcess(&dec, back, data, 5), 0);
     EXPECT_EQ(ToHex(back, 5), "0102030405");
@@ -106,15 +105,54 @@ TEST(CipherSelect, SelectionAndOptionWord) {
 
 TEST(BlockSlots, WipedAfterFinalAndFailedInit) {
     ContextArea* area = GetContextArea();
-    const int32_t h = family::Init<family::BlfTraits>(kKey, 16, 1, "CBC", kIv);
+    const int32_t h = family::Init<family::BlfTraits>(kKey.data(), 16, 1, "CBC", kIv.data());
     ASSERT_NE(h, 0);
     EXPECT_FALSE(AllZero(area->blf.context));
     ASSERT_EQ(family::Final<family::BlfTraits>(h), 0);
     EXPECT_TRUE(AllZero(area->blf.context));
     EXPECT_EQ(area->blf.handle, 0u);
 
-    ASSERT_NE(family::Init<family::AesTraits>(kKey, 16, 1, "OFB", kIv), 0);
-    EXPECT_EQ(family::Init<family::AesTraits>(kKey, 20, 1, "OFB", kIv), 0);
+    ASSERT_NE(family::Init<family::AesTraits>(kKey.data(), 16, 1, "OFB", kIv.data()), 0);
+    EXPECT_EQ(family::Init<family::AesTraits>(kKey.data(), 20, 1, "OFB", kIv.data()), 0);
     EXPECT_EQ(area->aes.lastInitResult, BAD_KEY_LEN_ERROR);
     EXPECT_TRUE(AllZero(area->aes.context));
+}
+
+TEST(Salsa20Core, PublishedBlocksAtAnyCounter) {
+    const auto records = ReadVectorFile("estream/salsa20_verified_subset.txt");
+    ASSERT_EQ(records.size(), 7u);
+    for (const auto& r : records) {
+        ByteVec key = r.Bytes("KEY"), iv = r.Bytes("IV"), out(64, 0);
+        uint64_t counter = std::stoull(r.Get("COUNTER"), nullptr, 16) + uint64_t(r.Int("OFFSET")) / 64;
+        Salsa20State s;
+        ASSERT_EQ(Salsa20Setup(&s, key.data(), int32_t(key.size()), iv.data(), 8), 0);
+        s.words[8] = uint32_t(counter);
+        s.words[9] = uint32_t(counter >> 32);
+        Salsa20Xor(&s, out.data(), out.data(), 64);
+        EXPECT_EQ(ToHex(out), ToHex(r.Bytes("STREAM"))) << "line " << r.line;
+    }
+}
+
+TEST(Chacha20Core, CounterLayoutsAndCarry) {
+    Chacha20State a, b;
+    // A 16-byte nonce carries its own counter: the argument is ignored.
+    ASSERT_EQ(Chacha20Setup(&a, kKey.data(), 32, kIv.data(), 16, 0), 0);
+    ASSERT_EQ(Chacha20Setup(&b, kKey.data(), 32, kIv.data(), 16, 12345), 0);
+    EXPECT_EQ(Keystream(&a, 80), Keystream(&b, 80));
+    // 12-byte nonce, counter 0xFFFFFFFF: the second block runs with counter 0
+    // and the first nonce word plus one (no wrap test, unlike RFC 8439).
+    ASSERT_EQ(Chacha20Setup(&a, kKey.data(), 32, kIv.data(), 12, 0xFFFFFFFFu), 0);
+    ByteVec two = Keystream(&a, 128);
+    EXPECT_EQ(a.words[12], 1u);
+    uint8_t bumped[12];
+    std::copy(kIv.begin(), kIv.begin() + 12, bumped);
+    bumped[0]++;  // the first little-endian word plus one
+    ASSERT_EQ(Chacha20Setup(&b, kKey.data(), 32, bumped, 12, 0), 0);
+    EXPECT_EQ(ByteVec(two.begin() + 64, two.end()), Keystream(&b, 64));
+    // The 8-byte layout carries word 12 into word 13 in the same way; a
+    // short call spends its whole block.
+    ASSERT_EQ(Chacha20Setup(&a, kKey.data(), 16, kIv.data(), 8, 0xFFFFFFFFu), 0);
+    Keystream(&a, 5);
+    EXPECT_EQ(a.words[12], 0u);
+    EXPECT_EQ(a.words[13], 1u);
 }

@@ -1,16 +1,15 @@
-// The generator from the inside: the additional-input cut, the health check,
-// reseed timing, the continuous test and its fatal end, the entropy pools,
-// seed-file locking, the FIPS report.
+// The generator from the inside: health and continuous tests, reseeds, the
+// entropy pools, seed-file locking, the prompt's cut-off and the FIPS report.
 #include <gtest/gtest.h>
 #include <fcntl.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cstring>
-#include <vector>
+#include <tuple>
 
 #include "child_run.h"
-#include "digest/sha512.h"
+#include "digest/digest.h"
 #include "frame/frame.h"
 #include "rng/drbg.h"
 #include "rng/entropy.h"
@@ -35,18 +34,15 @@ DrbgState KnownState() {
     return s;
 }
 
-std::string Sha512Hex(const std::vector<uint8_t>& data) {
-    Sha512Context ctx;
+std::string Sha512Hex(const ByteVec& data) {
     uint8_t out[64];
-    Sha512Start(&ctx);
-    Sha512Update(&ctx, data.data(), uint32_t(data.size()));
-    Sha512Final(out, &ctx);
+    DigestRaw(out, data.data(), uint32_t(data.size()), OPT_HASH_SHA512);
     return ToHex(out, 64);
 }
 }  // namespace
 
 TEST(DrbgCore, AdditionalInputIsCutToSixtyFourBytesForAGenerateOnly) {
-    std::vector<uint8_t> extra(100000, 0x5C), outA(80), outB(80);
+    ByteVec extra(100000, 0x5C), outA(80), outB(80);
     DrbgState a = KnownState(), b = KnownState();
     DrbgRawGenerate(&a, outA.data(), 80, extra.data(), 100);
     DrbgRawGenerate(&b, outB.data(), 80, extra.data(), 64);
@@ -85,23 +81,21 @@ TEST(DrbgCore, HealthCheckCatchesEachDamagedAnswerAtItsDepth) {
 
 TEST(DrbgCore, ContinuousTestComparesEightBytesZeroPadded) {
     const uint8_t shadow[8] = {1, 2, 3, 4, 5, 0, 0, 0};
-    struct Case {
-        std::vector<uint8_t> output;
-        int passes;
-    } cases[] = {{{1, 2, 3, 4, 5}, 0}, {{1, 2, 3, 4, 5, 0, 0, 0, 9}, 0}, {{1, 2, 3, 4, 5, 6}, 1}, {{1, 2, 3, 4}, 1}};
-    for (const auto& c : cases) {
+    const std::pair<ByteVec, int> cases[] = {
+        {{1, 2, 3, 4, 5}, 0}, {{1, 2, 3, 4, 5, 0, 0, 0, 9}, 0}, {{1, 2, 3, 4, 5, 6}, 1}, {{1, 2, 3, 4}, 1}};
+    for (const auto& [output, passes] : cases) {
         DrbgState s = KnownState();
         std::memcpy(s.shadowOutput, shadow, 8);
-        EXPECT_EQ(DrbgContinuousCheck(&s, c.output.data(), uint32_t(c.output.size())), c.passes) << c.output.size();
+        EXPECT_EQ(DrbgContinuousCheck(&s, output.data(), uint32_t(output.size())), passes) << output.size();
         // A pass makes the next hidden block and counts a step; a failure changes nothing.
-        EXPECT_EQ(s.reseedCounter, c.passes ? 2u : 1u);
-        EXPECT_EQ(std::memcmp(s.shadowOutput, shadow, 8) != 0, c.passes == 1);
+        EXPECT_EQ(s.reseedCounter, passes ? 2u : 1u);
+        EXPECT_EQ(std::memcmp(s.shadowOutput, shadow, 8) != 0, passes == 1);
     }
 }
 
 TEST(DrbgGenerate, LimitsReseedTimingAndLiveCount) {
     DrbgState s{};
-    std::vector<uint8_t> buf(65537);
+    ByteVec buf(65537);
     const uint32_t live = RngLiveInstances();
     ASSERT_EQ(DrbgGenerate(&s, buf.data(), 16, nullptr, 0), 0);  // first use instantiates
     EXPECT_EQ(RngLiveInstances(), live + 1);
@@ -151,24 +145,20 @@ TEST(DrbgGenerate, FailedGeneratorEndsTheProcessWithAReport) {
     EXPECT_NE(r.log.find("(c0001f48) RNG failed continuous testing"), std::string::npos);
 }
 
+// The thread's generator is in use, and neither side will reseed.
 TEST(DrbgGenerate, ForkedChildDoesNotRepeatItsParent) {
-    uint8_t parent[32], child[32];
-    ASSERT_EQ(RNG_NonceData(parent, 32), 0);  // the thread's generator is in use
-    SetLastDraw(&g_sharedRng.pools, 0);       // and neither side will reseed
-    int p[2];
-    ASSERT_EQ(pipe(p), 0);
-    pid_t pid = fork();
-    if (pid == 0) {
-        RNG_NonceData(child, 32);
-        (void)!write(p[1], child, 32);
-        _exit(0);
-    }
+    uint8_t parent[32];
     ASSERT_EQ(RNG_NonceData(parent, 32), 0);
-    ASSERT_EQ(read(p[0], child, 32), 32);
-    waitpid(pid, nullptr, 0);
-    EXPECT_NE(ToHex(parent, 32), ToHex(child, 32));
-    close(p[0]);
-    close(p[1]);
+    SetLastDraw(&g_sharedRng.pools, 0);
+    const ChildOutcome child = RunInChild([] {
+        uint8_t out[32];
+        std::fputs(ToHex(out, RNG_NonceData(out, 32) == 0 ? 32 : 0).c_str(), stderr);
+        return 0;
+    });
+    SetLastDraw(&g_sharedRng.pools, 0);
+    ASSERT_EQ(RNG_NonceData(parent, 32), 0);
+    EXPECT_EQ(child.console.size(), 64u);
+    EXPECT_NE(child.console, ToHex(parent, 32));
 }
 
 TEST(EntropyPools, DrawSchedule) {
@@ -181,13 +171,11 @@ TEST(EntropyPools, DrawSchedule) {
     ASSERT_EQ(ReseedFromPools(&pools, out, 0), 64u);  // the first draw is always served
     EXPECT_EQ(ReseedFromPools(&pools, out, 0), 0u);
     // Draw n takes pool i when 2^i divides n.
-    struct Case {
-        uint32_t draw, pools;
-    } cases[] = {{2, 2}, {3, 1}, {4, 3}, {6, 2}, {8, 4}, {12, 3}, {16, 5}, {32, 6}, {64, 7}};
     uint32_t draw = 1, got = 0;
-    for (const auto& c : cases) {
-        while (draw < c.draw) got = ReseedFromPools(&pools, out, 1), ++draw;
-        EXPECT_EQ(got, 64 * c.pools) << "draw " << c.draw;
+    for (auto [target, poolsDrawn] : {std::pair{2u, 2u}, {3u, 1u}, {4u, 3u}, {6u, 2u}, {8u, 4u}, {12u, 3u}, {16u, 5u},
+                                      {32u, 6u}, {64u, 7u}}) {
+        while (draw < target) got = ReseedFromPools(&pools, out, 1), ++draw;
+        EXPECT_EQ(got, 64 * poolsDrawn) << "draw " << target;
     }
     EXPECT_EQ(pools.pool[0].serial, 64u);
     EXPECT_EQ(pools.pool[6].serial, 1u);
@@ -205,7 +193,7 @@ TEST(EntropyPools, DrawSchedule) {
 TEST(EntropyPools, EventsHashAsOneByteStream) {
     static EntropyPools pools;
     InitPools(&pools);
-    std::vector<uint8_t> stream;
+    ByteVec stream;
     uint8_t data[40];
     for (int i = 0; i < 120; ++i) {
         const uint32_t length = uint32_t(i % 41), kept = std::min(length, 32u);
@@ -213,8 +201,7 @@ TEST(EntropyPools, EventsHashAsOneByteStream) {
         const uint8_t source = uint8_t(i % 9);
         pools.nextPool[source] = 0;
         AddEvent(&pools, source, data, length);
-        stream.push_back(source);
-        stream.push_back(uint8_t(kept));
+        stream.insert(stream.end(), {source, uint8_t(kept)});
         stream.insert(stream.end(), data, data + kept);
     }
     EXPECT_EQ(pools.pool[0].byteCount, stream.size());
@@ -227,9 +214,7 @@ TEST(EntropyPools, EventsHashAsOneByteStream) {
 // The light stir's short cut: the CRC of the 32-byte load record from its
 // leading word, the rest joined by exclusive-or of its own CRC.
 TEST(EntropyPools, LoadRecordCrcFromItsParts) {
-    const uint8_t digits[9] = {'1', '2', '3', '4', '5', '6', '7', '8', '9'};
-    EXPECT_EQ(Crc64Digest(digits, 9), 0x0f5519c6a7079bbbull);
-    EXPECT_EQ(Crc64Digest(digits, 1), 0x8560000000000001ull);
+    EXPECT_EQ(Crc64Digest(Bytes("123456789"), 9), 0x0f5519c6a7079bbbull);
     std::vector<uint64_t> words = {0, 1, ~uint64_t(0), uint64_t(1) << 63, 0x0123456789abcdefull};
     uint64_t x = 0x9e3779b97f4a7c15ull;
     for (int i = 0; i < 200; ++i) words.push_back(x = x * 6364136223846793005ull + 1442695040888963407ull);
@@ -246,16 +231,13 @@ TEST(EntropyPools, UnforcedDrawNeedsBytesAndTime) {
     static EntropyPools pools;
     InitPools(&pools);
     pools.reseedCount = 1;
-    struct Case {
-        uint32_t poolZeroBytes;
-        uint64_t ageMs;
-        uint32_t drawn;
-    } cases[] = {{31, 500, 0}, {32, 500, 128}, {32, 100, 0}, {32, 102, 64}, {5000, 0, 0}};
-    for (const auto& c : cases) {
-        SetLastDraw(&pools, c.ageMs);
-        pools.pool[0].byteCount = c.poolZeroBytes;
-        uint8_t out[kPoolDrawRoom];
-        EXPECT_EQ(ReseedFromPools(&pools, out, 0), c.drawn) << c.poolZeroBytes << "/" << c.ageMs;
+    uint8_t out[kPoolDrawRoom];
+    // Bytes in pool 0, milliseconds since the last draw, bytes drawn.
+    for (auto [bytes, ageMs, drawn] : {std::tuple{31u, 500u, 0u}, {32u, 500u, 128u}, {32u, 100u, 0u}, {32u, 102u, 64u},
+                                       {5000u, 0u, 0u}}) {
+        SetLastDraw(&pools, ageMs);
+        pools.pool[0].byteCount = bytes;
+        EXPECT_EQ(ReseedFromPools(&pools, out, 0), drawn) << bytes << "/" << ageMs;
     }
     // A high half that moved on is enough, whatever the low halves say.
     pools.lastReseedHigh = 5;
@@ -265,29 +247,23 @@ TEST(EntropyPools, UnforcedDrawNeedsBytesAndTime) {
 }
 
 TEST(EntropyPools, StirModes) {
-    struct Case {
-        int mode, timeEvents;
-    } cases[] = {{0, 1}, {-2, 1}, {1, 2}, {3, 2}, {-1, 0}, {-3, 0}};
-    for (const auto& c : cases) {
+    // The mode is taken modulo 2 with its sign: a negative odd mode does nothing.
+    for (auto [mode, timeEvents] : {std::pair{0, 1}, {-2, 1}, {1, 2}, {3, 2}, {-1, 0}, {-3, 0}}) {
         const uint8_t before = g_sharedRng.pools.nextPool[kSourceSystemTime];
-        StirEntropy(c.mode);
-        EXPECT_EQ((g_sharedRng.pools.nextPool[kSourceSystemTime] - before + 32) % 32, c.timeEvents) << c.mode;
+        StirEntropy(mode);
+        EXPECT_EQ((g_sharedRng.pools.nextPool[kSourceSystemTime] - before + 32) % 32, timeEvents) << mode;
     }
 }
 
 // Another descriptor in this very process excludes us, as another process
 // does; a refused lock leaves the file as it was.
 TEST(SeedFileLock, RefusedWhileAnotherHolderHasIt) {
-    char dir[] = "/tmp/verimond_lock_XXXXXX";
-    ASSERT_NE(mkdtemp(dir), nullptr);
-    const std::string path = std::string(dir) + "/seed", original(128, 'k');
-    std::ofstream(path, std::ios::binary) << original;
+    TempDir dir;
+    const std::string original(128, 'k'), path = dir.Write("seed", original);
     const SeedLockRetry saved = g_seedLockRetry;
     g_seedLockRetry = {3, 20};
     DrbgState s{};
-    struct flock fl = {};
-    fl.l_type = F_WRLCK;
-    fl.l_len = 128;
+    struct flock fl = {.l_type = F_WRLCK, .l_len = 128};
     int holder = open(path.c_str(), O_RDWR);
     ASSERT_EQ(fcntl(holder, F_OFD_SETLK, &fl), 0);
     EXPECT_EQ(SeedFileUpdate(&s, path.c_str(), false), -205);
@@ -299,8 +275,6 @@ TEST(SeedFileLock, RefusedWhileAnotherHolderHasIt) {
     EXPECT_NE(ReadWholeFile(path), original);
     g_seedLockRetry = saved;
     DrbgUninstantiate(&s);
-    unlink(path.c_str());
-    rmdir(dir);
 }
 
 TEST(ConsolePrompt, AFloodOfOneKeyIsCutOff) {
@@ -315,7 +289,7 @@ TEST(ConsolePrompt, AFloodOfOneKeyIsCutOff) {
 }
 
 TEST(FipsTests, ReportOfAKnownSample) {
-    std::vector<uint8_t> sample(kFipsSampleBytes, 0xAA);
+    ByteVec sample(kFipsSampleBytes, 0xAA);
     FipsResults r;
     FipsRunTests(sample.data(), &r);
     char* text = nullptr;
