@@ -1,6 +1,4 @@
-// HASH_, SHA3_ and the SHA1_/SHA2_/MD5_ families: output cuts and option
-// quirks, the order of checks, text mode (CR LF as LF, 0x1A as the end), the
-// stream state rules and the loose hex keys of HmacHex.
+// HASH_, SHA3_ and the SHA1_/SHA2_/MD5_ families.
 #include <gtest/gtest.h>
 
 #include <cstring>

@@ -1,5 +1,4 @@
-// MAC_, XOF_, PRF_ and PBE_: option tables, cuts by capacity, the order of
-// checks, the hex quirks, the stream's state rules and the result styles.
+// MAC_, XOF_, PRF_ and PBE_.
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 

@@ -1,6 +1,4 @@
-// Many threads at once: each gets the results of a single-threaded run, a
-// handle of one thread is refused on another, and per-thread records and
-// generators go with their threads.
+// Many threads at once: results, handles and per-thread records.
 #include <gtest/gtest.h>
 
 #include <array>
