@@ -25,8 +25,7 @@ using CryptFn = decltype(&CIPHER_EncryptBytes);
 struct CallCase { const char* what; std::function<int32_t()> call; int32_t expected; };
 const ByteVec kKey = Pattern(16, 0x40), kIv = Pattern(16, 0x90), kData = Pattern(32);
 
-// A size query, then the call into a buffer of that size: the bytes, or the
-// failing code.
+// A size query, then the call into a buffer of that size.
 struct Result {
     int32_t rc;
     ByteVec bytes;
@@ -71,9 +70,7 @@ std::string Unwrap(const ByteVec& wrapped, const ByteVec& kek, int32_t options) 
 
 }  // namespace
 
-// Every padding, by name and by number: the family's ciphertext of the padded
-// data, and back. Modes, PKCS#5 and the prefix are compared with the
-// reference elsewhere.
+// Every padding, by name and by number: the family's ciphertext of the padded data.
 TEST(CipherBytes, EveryPaddingByNameAndNumber) {
     const std::pair<const char*, int32_t> pads[] = {{"", 0}, {"/oneandzeroes", OPT_PAD_ONEANDZEROES},
         {"/ansix923padding", OPT_PAD_ANSIX923}, {"/w3c", OPT_PAD_W3C}};

@@ -56,8 +56,7 @@ void Append(ByteVec& out, const T&... values) {
      ...);
 }
 
-// One computation over a message; seed chooses its cuts and anything else
-// random about it, so that each path sees the same call sequence.
+// One computation over a message; seed fixes all else, so each path sees the same calls.
 using Computation = std::function<ByteVec(const uint8_t* data, size_t n, uint64_t seed)>;
 
 // All the machine has, and the steps down from it that choose other kernels.
