@@ -52,11 +52,6 @@ inline int32_t HexModeCall(Cipher c, char* out, const char* in, const char* key,
     VERIMOND_FAMILY_CALL(c, HexMode, (out, in, key, dir, mode, iv), (out, in, key, dir, mode, iv));
 }
 
-inline int32_t B64ModeCall(Cipher c, char* out, const char* in, const char* key, int32_t dir, const char* mode,
-                           const char* iv) {
-    VERIMOND_FAMILY_CALL(c, B64Mode, (out, in, key, dir, mode, iv), (out, in, key, dir, mode, iv));
-}
-
 inline int32_t InitCall(Cipher c, const ByteVec& key, int32_t dir, const char* mode, const uint8_t* iv) {
     VERIMOND_FAMILY_CALL(c, Init, (key.data(), dir, mode, iv), (key.data(), int32_t(key.size()), dir, mode, iv));
 }

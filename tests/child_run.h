@@ -1,7 +1,5 @@
-// Runs a piece of a test in a forked child, for what ends the process
-// (fatal reports, a refused load) or needs other credentials. The child's
-// reports go to a fresh directory: an options file names it as the log
-// directory, and standard error is sent to a file there.
+// Runs a piece of a test in a forked child, for what ends the process or
+// needs other credentials; its reports go to a fresh log directory.
 #pragma once
 #include <fcntl.h>
 #include <signal.h>

@@ -1,5 +1,4 @@
-// Hex and Base64 conversion, UTF-8 and path names, and PAD_: cut rules,
-// queries, the loose decoders and the size rules of each call.
+// Hex and Base64 conversion, UTF-8 and path names, and PAD_.
 #include <gtest/gtest.h>
 
 #include <cstring>
@@ -8,14 +7,18 @@
 
 #include "test_support.h"
 
-TEST(CnvHex, EncodeCutsToWholePairs) {
-    const uint8_t in[4] = {0xDE, 0xAD, 0xBE, 0xEF};
-    char out[16];
-    EXPECT_EQ(CNV_HexStrFromBytes(out, 15, in, 4), 8);
-    EXPECT_STREQ(out, "DEADBEEF");
-    std::memset(out, 'x', sizeof out);
-    EXPECT_EQ(CNV_HexStrFromBytes(out, 3, in, 4), 2);
-    EXPECT_STREQ(out, "DE");
+// A short output takes whole pairs or groups only.
+TEST(Cnv, EncodeCutsToWholeUnits) {
+    const struct { decltype(&CNV_HexStrFromBytes) encode; const char* in; int32_t room; const char* text; } cases[] = {
+        {CNV_HexStrFromBytes, "\xDE\xAD\xBE\xEF", 15, "DEADBEEF"}, {CNV_HexStrFromBytes, "\xDE\xAD\xBE\xEF", 3, "DE"},
+        {CNV_B64StrFromBytes, "ABCD", 31, "QUJDRA=="}, {CNV_B64StrFromBytes, "AB", 31, "QUI="},
+        {CNV_B64StrFromBytes, "ABCD", 5, "QUJD"}};
+    for (const auto& c : cases) {
+        char out[32];
+        std::memset(out, 'x', sizeof out);
+        EXPECT_EQ(c.encode(out, c.room, Bytes(c.in), int32_t(std::strlen(c.in))), int32_t(std::strlen(c.text)));
+        EXPECT_STREQ(out, c.text);
+    }
 }
 
 TEST(CnvHex, DecodeSkipsSeparatorsAndRefusesLetters) {
@@ -30,16 +33,6 @@ TEST(CnvHex, DecodeSkipsSeparatorsAndRefusesLetters) {
             EXPECT_EQ(CNV_BytesFromHexStr(nullptr, 0, c.text), c.result) << c.text;  // exact query
         }
     }
-}
-
-TEST(CnvBase64, EncodeAndCut) {
-    char out[32];
-    EXPECT_EQ(CNV_B64StrFromBytes(out, 31, Bytes("ABCD"), 4), 8);
-    EXPECT_STREQ(out, "QUJDRA==");
-    EXPECT_EQ(CNV_B64StrFromBytes(out, 31, Bytes("AB"), 2), 4);
-    EXPECT_STREQ(out, "QUI=");
-    EXPECT_EQ(CNV_B64StrFromBytes(out, 5, Bytes("ABCD"), 4), 4);
-    EXPECT_STREQ(out, "QUJD");
 }
 
 TEST(CnvBase64, DecodeIsLooseAndEndsAtPadding) {

@@ -1,5 +1,4 @@
-// ZLIB_ and COMPR_: zlib's own stream, round trips with exact size queries,
-// and corrupt, truncated and hostile input in both formats.
+// ZLIB_ and COMPR_.
 #include <gtest/gtest.h>
 
 #include <string>

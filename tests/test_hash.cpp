@@ -1,6 +1,4 @@
-// HASH_, SHA3_ and the SHA1_/SHA2_/MD5_ families: output cuts and option
-// quirks, the order of checks, text mode (CR LF as LF, 0x1A as the end), the
-// stream state rules and the loose hex keys of HmacHex.
+// HASH_, SHA3_ and the SHA1_/SHA2_/MD5_ families.
 #include <gtest/gtest.h>
 
 #include <cstring>
@@ -29,14 +27,6 @@ std::string FileDigest(const std::string& path, int32_t options) {
 const std::string kAbc256 = "ba7816bf8f01cfea414140de5dae2223b00361a396177a9cb410ff61f20015ad";
 const uint8_t kAbc[] = {'a', 'b', 'c', 0};
 }  // namespace
-
-TEST(HashBytes, CutQueryAndOptionBits) {
-    uint8_t out[64];
-    EXPECT_EQ(HASH_Bytes(nullptr, 0, Bytes("abc"), 3, OPT_HASH_SHA256), 32);
-    EXPECT_EQ(HASH_Bytes(out, 5, Bytes("abc"), 3, OPT_HASH_SHA256), 5);
-    EXPECT_EQ(ToHex(out, 5), "ba7816bf8f");
-    EXPECT_EQ(Digest("abc", 0x10013), Digest("abc", OPT_HASH_SHA256));
-}
 
 // Lengths by nibble, and which digests stream: MD5, MD2, RIPEMD-160 and the
 // combined one digest one-shot only.
@@ -134,15 +124,6 @@ TEST(HashHex, HexMessages) {
     EXPECT_STREQ(out, "ba7816bf");
     // A null message fails before the digest choice.
     EXPECT_EQ(HASH_HexFromBits(out, 128, nullptr, 8, OPT_HASH_MD5), -BAD_PARAM_ERROR);
-}
-
-// Sizes are compared with the reference elsewhere; here every digest choice.
-TEST(HashFile, EveryOptionMatchesTheByteDigest) {
-    std::string content;
-    for (int i = 0; i < 5000; ++i) content += char(i * 7 + (i >> 8));
-    const std::string path = Dir().Write("binary", content);
-    for (int32_t option : {0, 1, 2, 3, 4, 5, 6, 7, 8, 10, 11, 12, 13, 3 | OPT_HASH_DOUBLE, 11 | OPT_HASH_DOUBLE})
-        EXPECT_EQ(FileDigest(path, option), Digest(content, option)) << "option " << option;
 }
 
 TEST(HashFile, TextModeTranslation) {

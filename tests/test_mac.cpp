@@ -1,5 +1,4 @@
-// MAC_, XOF_, PRF_ and PBE_: option tables, cuts by capacity, the order of
-// checks, the hex quirks, the stream's state rules and the result styles.
+// MAC_, XOF_, PRF_ and PBE_.
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 
@@ -31,8 +30,6 @@ const int32_t kStreaming[] = {0, 3, 4, 5, 6, 10, 11, 12, 13};
 
 TEST(MacBytes, OptionTable) {
     // With no output buffer: the code length, or the failure.
-    // Full-length codes are compared with the reference elsewhere; here the
-    // bits that count, the refused numbers and the key-length rules.
     struct Case { int32_t options, keyLength, result; } cases[] = {
         {1, 16, 16}, {2, 16, -17}, {8, 16, -17}, {15, 16, -17}, {0x13, 16, 32}, {0x10003, 16, 32}, {0xF0, 0, 20},
         {0x200, 32, 16}, {0x1200, 32, 16}, {0x201, 16, 32}, {0x202, 0, 64}, {0x203, 16, -17}, {0x100, 24, 8},

@@ -1,5 +1,4 @@
-// Module information, error texts, the latch, the load-time integrity check,
-// wiping and CRC_.
+// Module information, the latch, the integrity check, wiping and CRC_.
 #include <dlfcn.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
@@ -12,14 +11,6 @@
 
 #include "child_run.h"
 #include "test_support.h"
-
-TEST(Module, FixedTextsAndLibraryName) {
-    char buf[300];
-    EXPECT_EQ(API_CompileTime(buf, 63), 20);
-    EXPECT_EQ(std::strlen(buf), 20u);
-    ASSERT_GT(API_ModuleName(buf, 299, 0), 0);
-    EXPECT_NE(std::strstr(buf, "libverimond.so"), nullptr) << buf;
-}
 
 TEST(Module, ErrorLookup) {
     char buf[128];

@@ -5,10 +5,8 @@
 #include "test_support.h"
 
 namespace {
-const uint8_t kKey32[32] = {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16,
-                            17, 18, 19, 20, 21, 22, 23, 24, 25, 26, 27, 28, 29, 30, 31, 32};
-const uint8_t kIv16[16] = {0xa0, 0xa1, 0xa2, 0xa3, 0xa4, 0xa5, 0xa6, 0xa7,
-                           0xa8, 0xa9, 0xaa, 0xab, 0xac, 0xad, 0xae, 0xaf};
+const ByteVec kKey = Pattern(32, 1), kIv = Pattern(16, 0xa0);
+const uint8_t *const kKey32 = kKey.data(), *const kIv16 = kIv.data();
 }  // namespace
 
 TEST(StreamIncremental, EveryCutMatchesTheWholeMessage) {

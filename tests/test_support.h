@@ -10,8 +10,7 @@
 
 #include "verimond.h"
 
-// Hex digits of either case; what is not a digit reads as 0. No parsing
-// library calls, since the conformance sets decode some megabytes.
+// Hex digits of either case; what is not a digit reads as 0.
 inline std::vector<uint8_t> FromHex(const std::string& hex) {
     auto nibble = [](char c) -> uint8_t {
         if (c >= '0' && c <= '9') return uint8_t(c - '0');
@@ -36,8 +35,7 @@ inline std::string ToHex(const uint8_t* data, size_t n) {
 inline std::string ToHex(const std::vector<uint8_t>& v) { return ToHex(v.data(), v.size()); }
 
 inline const uint8_t* Bytes(const std::string& s) { return reinterpret_cast<const uint8_t*>(s.data()); }
-// A literal stays readable after the statement that names it, which the
-// bytes of a temporary string would not.
+// A literal outlives the statement, unlike a temporary string.
 inline const uint8_t* Bytes(const char* s) { return reinterpret_cast<const uint8_t*>(s); }
 inline int32_t Len(const std::string& s) { return int32_t(s.size()); }
 

@@ -1,8 +1,6 @@
-// A small reader for "NAME = value" vector files: NIST CAVP .rsp files, the
-// Ascon KAT files and our own rfc/ files. '#' starts a comment, "[...]" lines
-// open a section whose parameters apply to the records after them, a blank
-// line ends a record, a bare "FAIL" line marks a record that must fail.
-// CR LF and LF line ends are both read.
+// A reader for "NAME = value" vector files: '#' starts a comment, "[...]"
+// opens a section for the records after it, a blank line ends a record, and
+// a bare "FAIL" line marks a record that must fail.
 #pragma once
 #include <cstdint>
 #include <fstream>

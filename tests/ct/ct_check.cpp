@@ -1,10 +1,7 @@
-// Constant-time check under valgrind's memcheck: each call's secrets (keys,
-// plaintext, received tags, padded data) are marked undefined, so a branch or
-// address that depends on them is reported. The library marks the answers it
-// gives away by design (tag or padding accepted, length left) as defined.
-// Table-driven code (portable AES and GHASH, DES, Blowfish, ARCFOUR, hex
-// parsers) is not constant-time by design and is not covered. Each case runs
-// once defined, then with the secrets undefined; the answers must agree.
+// Constant-time check under valgrind's memcheck: secrets are marked undefined,
+// so a branch or address that depends on them is reported; answers given away
+// by design are marked defined by the library. Table-driven code (portable AES
+// and GHASH, DES, Blowfish, ARCFOUR, hex parsers) is not covered.
 #include <valgrind/memcheck.h>
 
 #include <cstdio>

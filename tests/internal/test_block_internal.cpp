@@ -1,6 +1,4 @@
-// Cipher internals: the mode engine's counter and part blocks, cipher
-// selection, the wiping of the thread's cipher slots, and the stream cores
-// where the exports cannot reach (a chosen Salsa20 counter, ChaCha20 layouts).
+// Cipher internals, and the stream cores where the exports cannot reach.
 #include <gtest/gtest.h>
 
 #include <cstring>

@@ -1,5 +1,4 @@
-// Digest cores from the inside: what each final leaves, bit counts that
-// carry, the sponge record, the SHA-3 bit final at the end of the rate.
+// Digest cores from the inside.
 #include <gtest/gtest.h>
 
 #include <cstring>

@@ -1,6 +1,4 @@
-// The frame and utilities from the inside: registry counters, the report
-// path, the zstd size ceiling against zstd itself, the wipe passes on an open
-// file, and the seal of the library file on synthetic images.
+// The frame and utilities from the inside.
 #include <gtest/gtest.h>
 #include <fcntl.h>
 #include <unistd.h>

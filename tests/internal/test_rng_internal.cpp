@@ -1,5 +1,4 @@
-// The generator from the inside: health and continuous tests, reseeds, the
-// entropy pools, seed-file locking, the prompt's cut-off and the FIPS report.
+// The generator from the inside.
 #include <gtest/gtest.h>
 #include <fcntl.h>
 #include <unistd.h>

@@ -1,5 +1,4 @@
-// The power-up tests: a planted fault stops the run at that test with its own
-// report; the load checks still run the generator's health check after it.
+// The power-up tests and their planted faults.
 #include <gtest/gtest.h>
 
 #include <cstdio>

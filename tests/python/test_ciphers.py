@@ -23,8 +23,10 @@ class Ciphers(TempDirCase):
                     self.assertEqual(family.crypt(out, key, mode, mode_iv, False), data)
                     self.assertEqual(family.crypt_hex(data.hex(), key.hex(), mode, hex_iv),
                                      out.hex().upper())
-                    self.assertEqual(verimond.bytes_from_b64(family.crypt_b64(
-                        b64(data), b64(key), mode, mode_iv and b64(mode_iv))), out)
+                    b64_iv = mode_iv and b64(mode_iv)
+                    self.assertEqual(family.crypt_b64(b64(data), b64(key), mode, b64_iv), b64(out))
+                    self.assertEqual(family.crypt_b64(b64(out), b64(key), mode, b64_iv, False),
+                                     b64(data))
                     context = family.init(key, mode, mode_iv)
                     self.assertEqual(context.update(data[:block]) + context.update(data[block:]),
                                      out)
@@ -150,14 +152,11 @@ class Ciphers(TempDirCase):
                 verimond.stream_cipher_file(self.path("out"), self.path("in", data), key, iv, 7,
                                             option)
                 self.assertEqual(self.read(self.path("out")), sealed)
-
-    def test_pc1_is_arcfour(self):
-        key, data = os.urandom(16), os.urandom(300)
-        sealed = verimond.stream_cipher(data, key, None, 0, OPT_STREAM_ARCFOUR)
-        self.assertEqual(verimond.pc1(data, key), sealed)
-        self.assertEqual(verimond.pc1_hex(data.hex(), key.hex()), sealed.hex().upper())
-        verimond.pc1_file(self.path("out"), self.path("in", sealed), key)
-        self.assertEqual(self.read(self.path("out")), data)
+                if option == OPT_STREAM_ARCFOUR:   # PC1 is the same cipher
+                    self.assertEqual(verimond.pc1(data, key), sealed)
+                    self.assertEqual(verimond.pc1_hex(data.hex(), key.hex()), sealed.hex().upper())
+                    verimond.pc1_file(self.path("back"), self.path("out"), key)
+                    self.assertEqual(self.read(self.path("back")), data)
 
     def test_seal_open_and_tamper(self):
         for option, key_length, nonce_length in ((OPT_AEAD_AES_256_GCM, 32, 12),

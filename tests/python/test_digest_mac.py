@@ -56,14 +56,6 @@ class DigestsAndMacs(TempDirCase):
         self.assertFails(NOT_SUPPORTED_ERROR, verimond.Mac, b"key", OPT_CMAC_AES128)
         self.assertFails(BAD_PARAM_ERROR, verimond.Mac, b"", 3)
 
-    def test_one_stream_per_thread(self):
-        first = verimond.Hash(3)
-        second = verimond.Hash(3)
-        self.assertFails(INVALID_HANDLE_ERROR, first.update, b"x")
-        second.update(b"abc")
-        self.assertEqual(second.digest(), hashlib.sha256(b"abc").digest())
-        self.assertFails(INVALID_HANDLE_ERROR, second.digest)   # the stream has ended
-
     def test_fixed_digest_families(self):
         message, key = b"The quick brown fox", os.urandom(100)
         text = self.path("t", b"x\r\ny")

@@ -1,6 +1,4 @@
-// Many threads at once: each gets the results of a single-threaded run, a
-// handle of one thread is refused on another, and per-thread records and
-// generators go with their threads.
+// Many threads at once: results, handles and per-thread records.
 #include <gtest/gtest.h>
 
 #include <array>
@@ -163,9 +161,7 @@ TEST(Threads, ManyThreadsAgreeWithOneAndKeepTheirHandles) {
             const Open& other = published[size_t((t + 1) % kThreads)];
             uint8_t buf[64] = {};
             char text[129] = "00112233445566778899AABBCCDDEEFF";
-            // Tries call f on the neighbour's handle, which must refuse it.
-            // Two threads may draw one value by chance: then there is nothing
-            // foreign to try.
+            // The neighbour's handle must be refused, unless it is by chance our own.
             auto foreign = [&](Family f, int32_t refused, auto call) {
                 const int32_t h = other.handle[f];
                 if (h != own.handle[f] && call(h) != refused) ++foreignAccepted[size_t(t)];
@@ -194,10 +190,8 @@ TEST(Threads, ManyThreadsAgreeWithOneAndKeepTheirHandles) {
 }
 
 TEST(Threads, RecordsAndGeneratorsGoWithTheirThreads) {
-    // Threads come and go in waves, more of them in all than the registry of
-    // thread records has slots, each leaving contexts open and its generator
-    // instantiated. A record that outlived its thread would fill the
-    // registry and then leak past it, which the leak checker reports.
+    // Waves of threads, more in all than the registry has slots, each leaving
+    // contexts open and its generator instantiated.
     uint8_t warm[8];
     ASSERT_EQ(RNG_NonceData(warm, 8), 0);
     const int32_t before = LiveGenerators();
