@@ -4,6 +4,7 @@
 // MGF1, PBKDF2 and scrypt with random keys, messages, lengths and parameters.
 #include <algorithm>
 
+#include "digest_family_support.h"
 #include "reference.h"
 #include "registry.h"
 
@@ -50,20 +51,6 @@ std::string Ours(const ByteVec& msg, int32_t option) {
     return OrError(n >= 0, n, ToHex(out, size_t(std::max(n, 0))));
 }
 
-std::string OursStreamed(Random& rng, const ByteVec& msg, int32_t option) {
-    const int32_t h = HASH_Init(option);
-    int32_t rc = 0;
-    InPieces(
-        msg.size(), [&] { return rng.Between(0, 200); },
-        [&](size_t at, size_t n) {
-            if (rc == 0) rc = HASH_AddBytes(h, msg.data() + at, int32_t(n));
-        });
-    if (rc != 0) return "add failed";
-    uint8_t out[64];
-    int32_t n = HASH_Final(out, 64, h);
-    return OrError(n >= 0, n, ToHex(out, size_t(std::max(n, 0))));
-}
-
 }  // namespace
 
 CONFORMANCE_SUITE(Differential, Hmac, 3300,
@@ -82,13 +69,8 @@ CONFORMANCE_SUITE(Differential, Hmac, 3300,
             if (!check.True(ref::Mac("HMAC", h.name, key, msg, &want), "reference failed", where)) continue;
             check.Equal(MacBytes(key, msg, h.hmac, want.size()), ToHex(want), where + " MAC_Bytes");
             if (!h.streams || key.empty()) continue;  // the stream takes no empty key
-            const int32_t handle = MAC_Init(key.data(), Size(key), h.hmac);
-            InPieces(
-                msg.size(), [&] { return rng.Between(0, 100); },
-                [&](size_t at, size_t n) { MAC_AddBytes(handle, msg.data() + at, int32_t(n)); });
-            ByteVec out(want.size());
-            const int32_t n = MAC_Final(out.data(), Size(out), handle);
-            check.Equal(OrError(n == Size(out), n, ToHex(out)), ToHex(want), where + " stream");
+            check.Equal(MacStream(key, msg, h.hmac, want.size(), [&] { return rng.Between(0, 100); }), ToHex(want),
+                        where + " stream");
         }
     }
 }
@@ -251,7 +233,9 @@ CONFORMANCE_SUITE(Differential, Digests, 3656,
             ByteVec want;
             if (!check.True(ref::Digest(d.name, msg, &want), "reference digest unavailable", where)) continue;
             check.Equal(Ours(msg, d.option), ToHex(want), where + " HASH_Bytes");
-            if (d.streams) check.Equal(OursStreamed(rng, msg, d.option), ToHex(want), where + " HASH_ stream");
+            if (d.streams)
+                check.Equal(HashStream(msg, d.option, 0, [&] { return rng.Between(0, 200); }), ToHex(want),
+                            where + " HASH_ stream");
             // The double flag digests the digest once more, for nibbles 0 to 7.
             if (d.option <= 7 && length <= 64) {
                 ByteVec twice;
@@ -273,22 +257,19 @@ CONFORMANCE_SUITE(Differential, Digests, 3656,
 CONFORMANCE_SUITE(Differential, HmacFamilies, 1500, "HMAC-SHA-1, HMAC-SHA-256, HMAC-MD5 with keys of 0 to 200 bytes",
                   "OpenSSL libcrypto EVP_MAC HMAC; random keys and messages", "SHA1_Hmac SHA2_Hmac MD5_Hmac") {
     Random rng(0x5eed0002);
-    const struct {
-        const char* name;
-        int32_t (*call)(char*, const unsigned char*, int32_t, const unsigned char*, int32_t);
-    } families[] = {{"SHA1", SHA1_Hmac}, {"SHA256", SHA2_Hmac}, {"MD5", MD5_Hmac}};
     long index = 0;
-    for (const auto& f : families) {
+    for (const DigestFamily& f : kDigestFamilies) {
+        const char* name = f.option == OPT_HASH_SHA1 ? "SHA1" : f.option == OPT_HASH_MD5 ? "MD5" : "SHA256";
         for (int i = 0; i < 500; ++i) {
             check.Case();
             // Keys cover shorter than, equal to and longer than the 64-byte block.
             const ByteVec key = rng.Bytes(size_t(i % 201)), msg = rng.Bytes(size_t(rng.Between(0, 300)));
             ByteVec want;
-            ref::Mac("HMAC", f.name, key, msg, &want);
+            ref::Mac("HMAC", name, key, msg, &want);
             char out[65] = {};
-            f.call(out, NonNull(msg), Size(msg), NonNull(key), Size(key));
+            f.hmac(out, NonNull(msg), Size(msg), NonNull(key), Size(key));
             check.Equal(std::string(out), ToHex(want),
-                        CaseName(rng, index++, "HMAC", f.name, "key", key.size(), "message", msg.size()));
+                        CaseName(rng, index++, "HMAC", name, "key", key.size(), "message", msg.size()));
         }
     }
 }

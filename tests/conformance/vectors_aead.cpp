@@ -10,56 +10,10 @@ std::string Prefix(const ByteVec& v, size_t n) { return ToHex(v.data(), std::min
 // Fixed cuts for the incremental calls: a third and two thirds of the most.
 int Thirds(int most) { return most / 3; }
 
-// A GCMVS record through GCM_ one-shot, GCM_ with a prepared key and, where
-// the AEAD_ numbers take it (16- or 32-byte key, 12-byte IV), AEAD_ one-shot
-// and incremental. The answer encrypting is ciphertext and tag (a short tag
-// is the start of the whole one); decrypting, "ok" and the plaintext, or for
-// a failing record "rejected" with the output as it was. Incremental
-// decryption hands out plaintext before the tag is known, so there only the
-// verdict counts on failing records.
 void CheckGcm(Checker& check, const VectorRecord& r, bool encrypt, const std::string& where) {
-    const ByteVec key = r.Bytes("Key"), iv = r.Bytes("IV"), aad = r.Bytes("AAD"), pt = r.Bytes("PT"),
-                  ct = r.Bytes("CT");
-    ByteVec tag = r.Bytes("Tag"), out, got;
-    const ByteVec& in = encrypt ? pt : ct;
-    const std::string want = encrypt  ? Lower(r.Get("CT") + r.Get("Tag"))
-                             : r.fail ? "rejected " + std::string(ct.size() * 2, 'a')
-                                      : "ok " + Lower(r.Get("PT"));
-    const int32_t h = GCM_InitKey(key.data(), Size(key), 0);
-    const int32_t alg = iv.size() != 12    ? 0
-                        : key.size() == 16 ? OPT_AEAD_AES_128_GCM
-                        : key.size() == 32 ? OPT_AEAD_AES_256_GCM
-                                           : 0;
-    const char* names[] = {" GCM_", " GCM_Next", " AEAD_", " AEAD_ incremental"};
-    for (int form = 0; form < (alg ? 4 : 2); ++form) {
-        out.assign(in.size() + 1, 0xaa);
-        got.assign(16, 0);
-        int32_t rc;
-        if (encrypt) {
-            rc = form == 0   ? GCM_Encrypt(out.data(), Size(out), got.data(), Size(tag), Ptr(pt), Size(pt), key.data(),
-                                           Size(key), iv.data(), Size(iv), Ptr(aad), Size(aad), 0)
-                 : form == 1 ? GCM_NextEncrypt(h, out.data(), Size(out), got.data(), Size(tag), Ptr(pt), Size(pt),
-                                               iv.data(), Size(iv), Ptr(aad), Size(aad))
-                 : form == 2 ? AEAD_Encrypt(out.data(), Size(out), got.data(), 16, Ptr(pt), Size(pt), key.data(),
-                                            Size(key), iv.data(), 12, Ptr(aad), Size(aad), alg)
-                             : AeadInPieces(alg, true, key, iv, aad, pt, &out, &got, Thirds);
-            check.Equal(OrError(!rc, rc, Prefix(out, in.size()) + Prefix(got, tag.size())), want, where + names[form]);
-            continue;
-        }
-        rc = form == 0   ? GCM_Decrypt(out.data(), Size(out), Ptr(ct), Size(ct), key.data(), Size(key), iv.data(),
-                                       Size(iv), Ptr(aad), Size(aad), tag.data(), Size(tag), 0)
-             : form == 1 ? GCM_NextDecrypt(h, out.data(), Size(out), Ptr(ct), Size(ct), iv.data(), Size(iv), Ptr(aad),
-                                           Size(aad), tag.data(), Size(tag))
-             : form == 2 ? AEAD_Decrypt(out.data(), Size(out), Ptr(ct), Size(ct), key.data(), Size(key), iv.data(), 12,
-                                        Ptr(aad), Size(aad), tag.data(), Size(tag), alg)
-                         : AeadInPieces(alg, false, key, iv, aad, ct, &out, &tag, Thirds);
-        const std::string outcome = rc == 0 || rc == -AUTH_FAIL_ERROR
-                                        ? (rc ? "rejected " : "ok ") + Prefix(out, in.size())
-                                        : "error " + std::to_string(rc);
-        const size_t keep = form == 3 && r.fail ? 8 : std::string::npos;  // "rejected"
-        check.Equal(outcome.substr(0, keep), want.substr(0, keep), where + names[form]);
-    }
-    GCM_FinishKey(h);
+    const AeadAnswer a{r.Bytes("Key"), r.Bytes("IV"), r.Bytes("AAD"), r.Bytes("PT"), r.Bytes("CT"), r.Bytes("Tag"),
+                       r.fail};
+    CheckAead(check, a, 0, encrypt, where, Thirds);
 }
 
 }  // namespace
@@ -100,26 +54,9 @@ CONFORMANCE_SUITE(Vectors, ChaCha20Rfc8439, 16,
         const ByteVec key = r.Bytes("KEY"), nonce = r.Bytes("NONCE");
         if (r.section.count("AEAD_CHACHA20_POLY1305")) {
             check.Case();
-            const int32_t alg = OPT_AEAD_CHACHA20_POLY1305;
-            const ByteVec aad = r.Bytes("AAD"), pt = r.Bytes("PLAINTEXT"), ct = r.Bytes("CIPHERTEXT");
-            const std::string sealed = r.Get("CIPHERTEXT") + r.Get("TAG");
-            ByteVec out(pt.size() + 16), back(pt.size()), tag(16), given = r.Bytes("TAG"), both = FromHex(sealed);
-            int32_t rc = AEAD_Encrypt(out.data(), Size(pt), tag.data(), 16, pt.data(), Size(pt), key.data(), 32,
-                                      nonce.data(), 12, Ptr(aad), Size(aad), alg);
-            check.Equal(OrError(!rc, rc, Prefix(out, pt.size()) + ToHex(tag)), sealed, where + " AEAD_Encrypt");
-            rc = AEAD_EncryptWithTag(out.data(), Size(out), pt.data(), Size(pt), key.data(), 32, nonce.data(), 12,
-                                     Ptr(aad), Size(aad), alg);
-            check.Equal(OrError(rc == Size(out), rc, ToHex(out)), sealed, where + " AEAD_EncryptWithTag");
-            rc = AeadInPieces(alg, true, key, nonce, aad, pt, &out, &tag, Thirds);
-            check.Equal(OrError(!rc, rc, ToHex(out) + ToHex(tag)), sealed, where + " AEAD_ incremental encrypt");
-            rc = AEAD_Decrypt(back.data(), Size(back), ct.data(), Size(ct), key.data(), 32, nonce.data(), 12, Ptr(aad),
-                              Size(aad), given.data(), 16, alg);
-            check.Equal(OrError(!rc, rc, ToHex(back)), ToHex(pt), where + " AEAD_Decrypt");
-            rc = AEAD_DecryptWithTag(back.data(), Size(back), both.data(), Size(both), key.data(), 32, nonce.data(), 12,
-                                     Ptr(aad), Size(aad), alg);
-            check.Equal(OrError(rc == Size(pt), rc, ToHex(back)), ToHex(pt), where + " AEAD_DecryptWithTag");
-            rc = AeadInPieces(alg, false, key, nonce, aad, ct, &back, &given, Thirds);
-            check.Equal(OrError(!rc, rc, ToHex(back)), ToHex(pt), where + " AEAD_ incremental decrypt");
+            const AeadAnswer a{key, nonce, r.Bytes("AAD"), r.Bytes("PLAINTEXT"), r.Bytes("CIPHERTEXT"), r.Bytes("TAG")};
+            for (bool encrypt : {true, false})
+                CheckAead(check, a, OPT_AEAD_CHACHA20_POLY1305, encrypt, where, Thirds);
             continue;
         }
         // Key stream and encryption records; the one-time Poly1305 key is the

@@ -2,7 +2,6 @@
 // multi-block sets in ECB, CBC, CFB and OFB, the FIPS 197 and SP 800-38A /
 // SP 800-67 examples (with CTR), and the published Blowfish set; through the
 // per-cipher families and, for AES and Triple DES, the generic CIPHER_ calls.
-#include "block_support.h"
 #include "registry.h"
 
 // The exports each answer goes through.
@@ -41,9 +40,9 @@ void CheckFamily(Checker& check, Cipher c, const std::string& mode, const ByteVe
     }
     ByteVec buffer = in;
     const int32_t h = InitCall(c, key, dir, mode.c_str(), Ptr(iv));
-    InPieces(
-        buffer.size(), [&] { return BlockSize(c); },
-        [&](size_t at, size_t n) { UpdateCall(c, h, buffer.data() + at, int32_t(n)); });
+    InPieces(buffer.size(), [&] { return BlockSize(c); }, [&](size_t at, size_t n) {
+        return UpdateCall(c, h, buffer.data() + at, int32_t(n));
+    });
     check.True(h != 0 && FinalCall(c, h) == 0, "Init or Final failed", label);
     check.Equal(buffer, want, label + " Init/Update/Final");
 }
@@ -53,20 +52,10 @@ void CheckFamily(Checker& check, Cipher c, const std::string& mode, const ByteVe
 void CheckGeneric(Checker& check, Cipher c, const std::string& mode, const ByteVec& key, const ByteVec& iv,
                   const ByteVec& in, const ByteVec& want, int32_t dir, bool byText, const std::string& where) {
     const std::string label = where + " " + mode + (dir ? " encrypt" : " decrypt") + " CIPHER_ ";
-    const int32_t cipher = c == Cipher::Tdea     ? OPT_CIPHER_TDEA
-                           : c == Cipher::Aes128 ? OPT_CIPHER_AES128
-                           : c == Cipher::Aes192 ? OPT_CIPHER_AES192
-                                                 : OPT_CIPHER_AES256;
-    const int32_t modeBits = mode == "ECB"   ? OPT_MODE_ECB
-                             : mode == "CBC" ? OPT_MODE_CBC
-                             : mode == "CFB" ? OPT_MODE_CFB
-                             : mode == "OFB" ? OPT_MODE_OFB
-                                             : OPT_MODE_CTR;
-    const char* names[] = {"tdea", "aes128", "aes192", "aes256"};
-    const std::string text = std::string(names[cipher / 16 - 1]) + "/" + mode + "/nopad", hexIv = ToHex(iv);
+    const std::string text = std::string(GenericName(c).text) + "/" + mode + "/nopad", hexIv = ToHex(iv);
     const char* alg = byText ? text.c_str() : nullptr;
     const char* ivText = iv.empty() ? nullptr : hexIv.c_str();
-    const int32_t options = byText ? 0 : cipher | modeBits | OPT_PAD_NONE;
+    const int32_t options = byText ? 0 : GenericName(c).bits | ModeOption(mode) | OPT_PAD_NONE;
 
     ByteVec out(in.size());
     auto crypt = dir ? (byText ? CIPHER_EncryptBytes : CIPHER_EncryptBytes2)
@@ -85,18 +74,13 @@ void CheckGeneric(Checker& check, Cipher c, const std::string& mode, const ByteV
     const int32_t h = byText ? CIPHER_InitHex(dir, alg, ToHex(key).c_str(), ivText, 0)
                              : CIPHER_Init(dir, nullptr, key.data(), Size(key), Ptr(iv), Size(iv), options);
     std::string got;
-    InPieces(
-        in.size(), [&] { return BlockSize(c); },
-        [&](size_t at, size_t len) {
-            const std::string piece = ToHex(in.data() + at, len);
-            if (byText) {
-                got += HexText(len,
-                               [&](char* hex, int32_t room) { return CIPHER_UpdateHex(h, hex, room, piece.c_str()); });
-                return;
-            }
-            const int32_t rc = CIPHER_Update(h, out.data(), int32_t(len), in.data() + at, int32_t(len));
-            got += OrError(rc == 0, rc, UpperHex(ByteVec(out.begin(), out.begin() + long(len))));
-        });
+    InPieces(in.size(), [&] { return BlockSize(c); }, [&](size_t at, size_t len) {
+        const std::string piece = ToHex(in.data() + at, len);
+        const int32_t rc = byText ? 0 : CIPHER_Update(h, out.data(), int32_t(len), in.data() + at, int32_t(len));
+        const auto hex = [&](char* text, int32_t room) { return CIPHER_UpdateHex(h, text, room, piece.c_str()); };
+        got += byText ? HexText(len, hex) : OrError(rc == 0, rc, Upper(ToHex(out.data(), len)));
+        return 0;
+    });
     check.True(h != 0 && CIPHER_Final(h) == 0, "CIPHER_Init or CIPHER_Final failed", label);
     check.Equal(got, UpperHex(want), label + "stateful");
 }
@@ -129,26 +113,6 @@ void RunCavpSet(Checker& check, const std::string& dir, std::initializer_list<co
 
 const auto kAesSizes = {std::pair{"128", Cipher::Aes128}, std::pair{"192", Cipher::Aes192},
                         std::pair{"256", Cipher::Aes256}};
-
-int32_t AesWrapOption(size_t kekLength) {
-    return kekLength == 16 ? OPT_CIPHER_AES128 : kekLength == 24 ? OPT_CIPHER_AES192 : OPT_CIPHER_AES256;
-}
-
-std::string Wrapped(const ByteVec& data, const ByteVec& kek) {
-    ByteVec out(data.size() + 8);
-    int32_t n = CIPHER_KeyWrap(out.data(), Size(out), data.data(), Size(data), kek.data(), Size(kek),
-                               AesWrapOption(kek.size()));
-    return n == Size(out) ? ToHex(out) : "error " + std::to_string(n);
-}
-
-// A failed integrity check is -1 with the output zeroed.
-std::string Unwrapped(const ByteVec& data, const ByteVec& kek) {
-    ByteVec out(data.size(), 0x5a);
-    int32_t n = CIPHER_KeyUnwrap(out.data(), Size(out), data.data(), Size(data), kek.data(), Size(kek),
-                                 AesWrapOption(kek.size()));
-    if (n == -1) return out == ByteVec(data.size(), 0) ? "refused, zeroed" : "refused, not zeroed";
-    return n == Size(data) - 8 ? ToHex(out.data(), size_t(n)) : "error " + std::to_string(n);
-}
 
 }  // namespace
 
