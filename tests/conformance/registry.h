@@ -151,6 +151,24 @@ int32_t AeadInPieces(int32_t alg, bool encrypt, const ByteVec& key, const ByteVe
     return rc;
 }
 
+// A stream cipher over `in` through CIPHER_StreamBytes and through the
+// stream calls in pieces of cut() bytes; `want` is the end of the output.
+template <typename Cut>
+void CheckStream(Checker& check, int32_t alg, const ByteVec& key, const ByteVec& nonce, uint32_t counter,
+                 const ByteVec& in, const ByteVec& want, const std::string& where, Cut cut) {
+    const size_t skip = in.size() - want.size();
+    ByteVec out(in.size() + 1);
+    int32_t rc = CIPHER_StreamBytes(out.data(), NonNull(in), Size(in), key.data(), Size(key), Ptr(nonce), Size(nonce),
+                                    counter, alg);
+    check.Equal(OrError(!rc, rc, ToHex(out.data() + skip, want.size())), ToHex(want), where + " CIPHER_StreamBytes");
+    const int32_t h = CIPHER_StreamInit(key.data(), Size(key), Ptr(nonce), Size(nonce), counter, alg);
+    rc = h == 0 ? -1 : InPieces(in.size(), cut, [&](size_t at, size_t n) {
+        return CIPHER_StreamUpdate(h, out.data() + at, in.data() + at, int32_t(n));
+    });
+    CIPHER_StreamFinal(h);
+    check.Equal(OrError(!rc, rc, ToHex(out.data() + skip, want.size())), ToHex(want), where + " stream");
+}
+
 // One AEAD answer; decrypting, a failing one must be refused.
 struct AeadAnswer {
     ByteVec key, nonce, aad, pt, ct, tag;

@@ -78,22 +78,15 @@ CONFORMANCE_SUITE(Vectors, ChaCha20Rfc8439, 16,
             continue;  // the Poly1305 records belong to the MAC suite
         }
         check.Case();
-        ByteVec out(in.size());
-        int32_t rc = CIPHER_StreamBytes(out.data(), in.data(), Size(in), key.data(), Size(key), nonce.data(), 12,
-                                        counter, OPT_STREAM_CHACHA20);
-        check.Equal(rc ? "error " + std::to_string(rc) : ToHex(out), ToHex(want), where + " CIPHER_StreamBytes");
-        std::string hex(in.size() * 2 + 1, '\0');
-        rc = CIPHER_StreamHex(hex.data(), int32_t(hex.size() - 1), ToHex(in).c_str(), ToHex(key).c_str(),
-                              ToHex(nonce).c_str(), counter, OPT_STREAM_CHACHA20);
-        check.Equal(rc ? "error " + std::to_string(rc) : hex.c_str(), Upper(ToHex(want)), where + " CIPHER_StreamHex");
-        // Cut anywhere: the stream carries its key stream across calls.
-        const int32_t h = CIPHER_StreamInit(key.data(), Size(key), nonce.data(), 12, counter, OPT_STREAM_CHACHA20);
         const size_t cut = in.size() * 2 / 5;
-        out.assign(in.size(), 0);
-        rc = CIPHER_StreamUpdate(h, out.data(), in.data(), int32_t(cut));
-        if (rc == 0) rc = CIPHER_StreamUpdate(h, out.data() + cut, in.data() + cut, int32_t(in.size() - cut));
-        CIPHER_StreamFinal(h);
-        check.Equal(rc ? "error " + std::to_string(rc) : ToHex(out), ToHex(want), where + " CIPHER_StreamUpdate");
+        CheckStream(check, OPT_STREAM_CHACHA20, key, nonce, counter, in, want, where, [&] { return cut; });
+        const std::string hexIn = ToHex(in), hexKey = ToHex(key), hexNonce = ToHex(nonce);
+        check.Equal(HexText(in.size(),
+                            [&](char* hex, int32_t room) {
+                                return CIPHER_StreamHex(hex, room, hexIn.c_str(), hexKey.c_str(), hexNonce.c_str(),
+                                                        counter, OPT_STREAM_CHACHA20);
+                            }),
+                    Upper(ToHex(want)), where + " CIPHER_StreamHex");
     }
 }
 
@@ -110,12 +103,11 @@ CONFORMANCE_SUITE(Vectors, Ascon, 2178,
             ByteVec sealed(want.size());
             int32_t rc = AEAD_EncryptWithTag(sealed.data(), Size(sealed), Ptr(pt), Size(pt), key.data(), 16,
                                              nonce.data(), 16, Ptr(ad), Size(ad), alg);
-            check.Equal(rc == Size(want) ? ToHex(sealed) : "error " + std::to_string(rc), ToHex(want),
-                        where + " AEAD_EncryptWithTag");
+            check.Equal(OrError(rc == Size(want), rc, ToHex(sealed)), ToHex(want), where + " AEAD_EncryptWithTag");
             ByteVec opened(pt.size() + 1);
             rc = AEAD_DecryptWithTag(opened.data(), Size(opened), want.data(), Size(want), key.data(), 16, nonce.data(),
                                      16, Ptr(ad), Size(ad), alg);
-            check.Equal(rc == Size(pt) ? Prefix(opened, pt.size()) : "error " + std::to_string(rc), ToHex(pt),
+            check.Equal(OrError(rc == Size(pt), rc, Prefix(opened, pt.size())), ToHex(pt),
                         where + " AEAD_DecryptWithTag");
             ByteVec forged = want;
             forged.back() ^= 1;
@@ -135,17 +127,8 @@ CONFORMANCE_SUITE(Vectors, Salsa20, 5, "Salsa20/20 with 128- and 256-bit keys fr
         if (r.Get("COUNTER") != "0000000000000000") continue;  // no counter argument for Salsa20
         check.Case();
         const ByteVec key = r.Bytes("KEY"), iv = r.Bytes("IV"), want = r.Bytes("STREAM");
-        const size_t offset = size_t(r.Int("OFFSET"));
-        ByteVec zeros(offset + want.size(), 0), out(zeros.size());
-        int32_t rc = CIPHER_StreamBytes(out.data(), zeros.data(), Size(zeros), key.data(), Size(key), iv.data(), 8, 0,
-                                        OPT_STREAM_SALSA20);
-        check.Equal(rc ? "error" : ToHex(out.data() + offset, want.size()), ToHex(want), Where(file, r) + " bytes");
-        const int32_t h = CIPHER_StreamInit(key.data(), Size(key), iv.data(), 8, 0, OPT_STREAM_SALSA20);
-        for (size_t at = 0; at < zeros.size(); at += 37)
-            CIPHER_StreamUpdate(h, out.data() + at, zeros.data() + at,
-                                int32_t(std::min<size_t>(37, zeros.size() - at)));
-        CIPHER_StreamFinal(h);
-        check.Equal(ToHex(out.data() + offset, want.size()), ToHex(want), Where(file, r) + " stream");
+        const ByteVec zeros(size_t(r.Int("OFFSET")) + want.size(), 0);
+        CheckStream(check, OPT_STREAM_SALSA20, key, iv, 0, zeros, want, Where(file, r), [] { return 37; });
     }
 }
 
@@ -165,11 +148,9 @@ CONFORMANCE_SUITE(Vectors, Arcfour, 22, "ARCFOUR with 40- and 128-bit keys at ke
             in = r.Bytes("PLAINTEXT");
             want = r.Bytes("CIPHERTEXT");
         }
-        ByteVec a(in.size()), b(in.size());
-        int32_t rc =
-            CIPHER_StreamBytes(a.data(), in.data(), Size(in), key.data(), Size(key), nullptr, 0, 0, OPT_STREAM_ARCFOUR);
-        check.Equal(rc ? "error" : ToHex(a.data() + offset, want.size()), ToHex(want), where + " stream");
-        rc = PC1_Bytes(b.data(), in.data(), Size(in), key.data(), Size(key));
+        CheckStream(check, OPT_STREAM_ARCFOUR, key, {}, 0, in, want, where, [] { return 100; });
+        ByteVec b(in.size());
+        int32_t rc = PC1_Bytes(b.data(), in.data(), Size(in), key.data(), Size(key));
         check.Equal(rc ? "error" : ToHex(b.data() + offset, want.size()), ToHex(want), where + " PC1_Bytes");
         std::string hex(in.size() * 2 + 1, '\0');
         rc = PC1_Hex(hex.data(), int32_t(hex.size() - 1), ToHex(in).c_str(), ToHex(key).c_str());

@@ -23,13 +23,12 @@ void CheckMac(Checker& check, int32_t option, const ByteVec& key, const ByteVec&
     const std::string want = Lower(mac);
     ByteVec out(mac.size() / 2);
     int32_t n = MAC_Bytes(out.data(), Size(out), Ptr(msg), Size(msg), NonNull(key), Size(key), option);
-    check.Equal(n == Size(out) ? ToHex(out) : "error " + std::to_string(n), want, where + " MAC_Bytes");
+    check.Equal(OrError(n == Size(out), n, ToHex(out)), want, where + " MAC_Bytes");
     std::string hex(mac.size() + 1, '\0');
     n = MAC_HexFromBytes(hex.data(), int32_t(mac.size()), Ptr(msg), Size(msg), NonNull(key), Size(key), option);
-    check.Equal(n == int32_t(mac.size()) ? hex.c_str() : "error " + std::to_string(n), want,
-                where + " MAC_HexFromBytes");
+    check.Equal(OrError(n == int32_t(mac.size()), n, hex.c_str()), want, where + " MAC_HexFromBytes");
     n = MAC_HexFromHex(hex.data(), int32_t(mac.size()), ToHex(msg).c_str(), ToHex(key).c_str(), option);
-    check.Equal(n == int32_t(mac.size()) ? hex.c_str() : "error " + std::to_string(n), want, where + " MAC_HexFromHex");
+    check.Equal(OrError(n == int32_t(mac.size()), n, hex.c_str()), want, where + " MAC_HexFromHex");
 }
 
 // CheckMac and the HMAC stream, fed in three pieces.
@@ -155,8 +154,7 @@ CONFORMANCE_SUITE(Vectors, Kmac, 6, "KMAC128, KMAC256 with and without a customi
         ByteVec out(size_t(r.Int("L") / 8));
         int32_t n = PRF_Bytes(out.data(), Size(out), NonNull(data), Size(data), key.data(), Size(key),
                               r.Get("S").c_str(), k128 ? OPT_KMAC_128 : OPT_KMAC_256);
-        check.Equal(n == Size(out) ? ToHex(out) : "error " + std::to_string(n), Lower(r.Get("OUTPUT")),
-                    where + " PRF_Bytes");
+        check.Equal(OrError(n == Size(out), n, ToHex(out)), Lower(r.Get("OUTPUT")), where + " PRF_Bytes");
         // The MAC_ numbers are KMAC with no customisation at its own length.
         if (r.Get("S").empty())
             CheckMac(check, k128 ? OPT_KMAC_128 : OPT_KMAC_256, key, data, r.Get("OUTPUT"), where);

@@ -51,11 +51,11 @@ CONFORMANCE_SUITE(Vectors, CompressedFormats, 12, "zlib (RFC 1950) and Zstandard
         ByteVec out(plain.size() + 1);
         int32_t n = COMPR_Uncompress(out.data(), Size(out), packed.data(), Size(packed),
                                      zlib ? OPT_COMPR_ZLIB : OPT_COMPR_ZSTD);
-        check.Equal(n == Size(plain) ? ToHex(out.data(), plain.size()) : "error " + std::to_string(n), ToHex(plain),
+        check.Equal(OrError(n == Size(plain), n, ToHex(out.data(), plain.size())), ToHex(plain),
                     where + " COMPR_Uncompress");
         if (!zlib) return;
         n = ZLIB_Inflate(out.data(), Size(out), packed.data(), Size(packed));
-        check.Equal(n == Size(plain) ? ToHex(out.data(), plain.size()) : "error " + std::to_string(n), ToHex(plain),
+        check.Equal(OrError(n == Size(plain), n, ToHex(out.data(), plain.size())), ToHex(plain),
                     where + " ZLIB_Inflate");
     });
 }
