@@ -254,6 +254,41 @@ inline CipherNames GenericName(Cipher c) {
     return names[int(c)];
 }
 
+// One answer in one direction through a cipher family: the bytes call, the
+// hex call (and in ECB the ECB-only calls) and Init/Update/Final in pieces of
+// cut() bytes, whole blocks but for the last; by default one block each.
+inline void CheckCipherFamily(Checker& check, Cipher c, const std::string& mode, const ByteVec& key, const ByteVec& iv,
+                              const ByteVec& in, const ByteVec& want, int32_t dir, const std::string& where,
+                              std::function<size_t()> cut = nullptr) {
+    const std::string label = where + " " + mode + (dir ? " encrypt" : " decrypt");
+    const std::string hexIn = ToHex(in), hexKey = ToHex(key), hexIv = ToHex(iv);
+    check.Equal(Crypt(c, in, key, dir, mode.c_str(), iv), UpperHex(want), label + " BytesMode");
+    if (!in.empty())  // the hex calls take no empty text
+        check.Equal(HexText(in.size(),
+                            [&](char* out, int32_t) {
+                                return HexModeCall(c, out, hexIn.c_str(), hexKey.c_str(), dir, mode.c_str(),
+                                                   iv.empty() ? nullptr : hexIv.c_str());
+                            }),
+                    UpperHex(want), label + " HexMode");
+    if (mode == "ECB") {
+        ByteVec out(in.size() + 1);
+        const int32_t rc = BytesCall(c, out.data(), NonNull(in), Size(in), key, dir);
+        check.Equal(OrError(!rc, rc, ToHex(out.data(), in.size())), ToHex(want), label + " Bytes");
+    }
+    if (mode == "ECB" && !in.empty())
+        check.Equal(
+            HexText(in.size(), [&](char* out, int32_t) { return HexCall(c, out, hexIn.c_str(), hexKey.c_str(), dir); }),
+            UpperHex(want), label + " Hex");
+    ByteVec buffer = in;
+    const int32_t h = InitCall(c, key, dir, mode.c_str(), Ptr(iv));
+    if (!cut) cut = [c] { return size_t(BlockSize(c)); };
+    InPieces(buffer.size(), cut, [&](size_t at, size_t n) {
+        return UpdateCall(c, h, buffer.data() + at, int32_t(n));
+    });
+    check.True(h != 0 && FinalCall(c, h) == 0, "Init or Final failed", label);
+    check.Equal(buffer, want, label + " Init/Update/Final");
+}
+
 // The generic cipher calls' option bits for a mode.
 inline int32_t ModeOption(const std::string& mode) {
     const char* names[] = {"ECB", "CBC", "CFB", "OFB", "CTR"};

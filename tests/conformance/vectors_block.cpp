@@ -17,36 +17,6 @@
 
 namespace {
 
-// One answer in one direction through the bytes call, the hex call (and in
-// ECB the ECB-only calls) and Init/Update/Final with one block per Update.
-void CheckFamily(Checker& check, Cipher c, const std::string& mode, const ByteVec& key, const ByteVec& iv,
-                 const ByteVec& in, const ByteVec& want, int32_t dir, const std::string& where) {
-    const std::string label = where + " " + mode + (dir ? " encrypt" : " decrypt");
-    const std::string hexIn = ToHex(in), hexKey = ToHex(key), hexIv = ToHex(iv);
-    check.Equal(Crypt(c, in, key, dir, mode.c_str(), iv), UpperHex(want), label + " BytesMode");
-    check.Equal(HexText(in.size(),
-                        [&](char* out, int32_t) {
-                            return HexModeCall(c, out, hexIn.c_str(), hexKey.c_str(), dir, mode.c_str(),
-                                               iv.empty() ? nullptr : hexIv.c_str());
-                        }),
-                UpperHex(want), label + " HexMode");
-    if (mode == "ECB") {
-        ByteVec out(in.size() + 1);
-        const int32_t rc = BytesCall(c, out.data(), NonNull(in), Size(in), key, dir);
-        check.Equal(OrError(!rc, rc, ToHex(out.data(), in.size())), ToHex(want), label + " Bytes");
-        check.Equal(
-            HexText(in.size(), [&](char* out, int32_t) { return HexCall(c, out, hexIn.c_str(), hexKey.c_str(), dir); }),
-            UpperHex(want), label + " Hex");
-    }
-    ByteVec buffer = in;
-    const int32_t h = InitCall(c, key, dir, mode.c_str(), Ptr(iv));
-    InPieces(buffer.size(), [&] { return BlockSize(c); }, [&](size_t at, size_t n) {
-        return UpdateCall(c, h, buffer.data() + at, int32_t(n));
-    });
-    check.True(h != 0 && FinalCall(c, h) == 0, "Init or Final failed", label);
-    check.Equal(buffer, want, label + " Init/Update/Final");
-}
-
 // The generic CIPHER_ calls on the same answer, for AES and Triple DES: the
 // cipher named by text or by option bits by turns, no padding.
 void CheckGeneric(Checker& check, Cipher c, const std::string& mode, const ByteVec& key, const ByteVec& iv,
@@ -95,8 +65,8 @@ void RunCavpFile(Checker& check, const std::string& file, Cipher c, const std::s
         const ByteVec key =
             r.Has("KEYs") ? Joined(r, {"KEYs", "KEYs", "KEYs"}) : Joined(r, {"KEY", "KEY1", "KEY2", "KEY3"});
         if (r.Has("KEYs"))
-            CheckFamily(check, Cipher::Des, mode, r.Bytes("KEYs"), iv, in, want, encrypt, where + " DES");
-        CheckFamily(check, c, mode, key, iv, in, want, encrypt, where);
+            CheckCipherFamily(check, Cipher::Des, mode, r.Bytes("KEYs"), iv, in, want, encrypt, where + " DES");
+        CheckCipherFamily(check, c, mode, key, iv, in, want, encrypt, where);
         CheckGeneric(check, c, mode, key, iv, in, want, encrypt, r.line % 2 == 0, where);
     });
 }
@@ -167,15 +137,15 @@ CONFORMANCE_SUITE(Vectors, BlockModeExamples, 53,
         const ByteVec key = r.Bytes("KEY"), iv = r.Bytes("IV"), &in = encrypt ? pt : ct, &want = encrypt ? ct : pt;
         const Cipher c = CipherFromName(r.Get("CIPHER"));
         const std::string mode = r.Get("MODE").substr(0, 3);
-        CheckFamily(check, c, mode, key, iv, in, want, encrypt, where);
+        CheckCipherFamily(check, c, mode, key, iv, in, want, encrypt, where);
         for (bool byText : {false, true}) CheckGeneric(check, c, mode, key, iv, in, want, encrypt, byText, where);
     });
     const std::string fips197 = "aes_fips197_appendix_c.txt";
     EachRecord(check, fips197, [&](const VectorRecord& r, const std::string& where) {
         const Cipher c = CipherFromName(r.section.begin()->first);
         const ByteVec key = r.Bytes("KEY"), pt = r.Bytes("PLAINTEXT"), ct = r.Bytes("CIPHERTEXT");
-        CheckFamily(check, c, "ECB", key, {}, pt, ct, 1, where);
-        CheckFamily(check, c, "ECB", key, {}, ct, pt, 0, where);
+        CheckCipherFamily(check, c, "ECB", key, {}, pt, ct, 1, where);
+        CheckCipherFamily(check, c, "ECB", key, {}, ct, pt, 0, where);
     });
 }
 
@@ -187,8 +157,8 @@ CONFORMANCE_SUITE(Vectors, Blowfish, 61, "Blowfish with keys of 1 to 24 bytes in
     EachRecord(check, file, [&](const VectorRecord& r, const std::string& where) {
         const std::string mode = r.Has("MODE") ? r.Get("MODE").substr(0, 3) : "ECB";
         const ByteVec key = r.Bytes("KEY"), iv = r.Bytes("IV"), pt = r.Bytes("PLAINTEXT"), ct = r.Bytes("CIPHERTEXT");
-        CheckFamily(check, Cipher::Blf, mode, key, iv, pt, ct, 1, where);
-        CheckFamily(check, Cipher::Blf, mode, key, iv, ct, pt, 0, where);
+        CheckCipherFamily(check, Cipher::Blf, mode, key, iv, pt, ct, 1, where);
+        CheckCipherFamily(check, Cipher::Blf, mode, key, iv, ct, pt, 0, where);
     });
 }
 
