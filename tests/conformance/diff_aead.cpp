@@ -1,6 +1,4 @@
-// Authenticated encryption and stream ciphers against OpenSSL's libcrypto:
-// AES-GCM with random IV and tag lengths, ChaCha20 with every nonce layout,
-// ChaCha20-Poly1305, ARCFOUR.
+// AEAD and stream ciphers against OpenSSL's libcrypto.
 #include "reference.h"
 #include "registry.h"
 

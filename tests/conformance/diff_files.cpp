@@ -1,7 +1,5 @@
-// The file forms against OpenSSL's libcrypto and zlib (the library reads and
-// writes files in chunks, so sizes around the chunk length matter), and
-// compression round trips against zlib and zstd called directly: what the
-// library packs, they restore, and what they pack, the library restores.
+// The file calls against libcrypto and zlib (files are read in chunks, so sizes
+// around the chunk matter); compression both ways against zlib and zstd.
 #include <unistd.h>
 #include <zlib.h>
 #include <zstd.h>

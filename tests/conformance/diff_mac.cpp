@@ -1,7 +1,4 @@
-// Digests, MACs, XOFs and key derivation against OpenSSL's libcrypto: every
-// digest over messages of every length to a few blocks and some large ones,
-// the family HMAC calls, HMAC over every digest, CMAC, Poly1305, KMAC, SHAKE,
-// MGF1, PBKDF2 and scrypt with random keys, messages, lengths and parameters.
+// Digests, MACs, XOFs and key derivation against OpenSSL's libcrypto.
 #include <algorithm>
 
 #include "digest_family_support.h"

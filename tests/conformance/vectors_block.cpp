@@ -1,7 +1,5 @@
-// Published block cipher vectors: NIST AESAVS and TDESAVS known-answer and
-// multi-block sets in ECB, CBC, CFB and OFB, the FIPS 197 and SP 800-38A /
-// SP 800-67 examples (with CTR), and the published Blowfish set; through the
-// per-cipher families and, for AES and Triple DES, the generic CIPHER_ calls.
+// Published block cipher and key wrap vectors, through the families and the
+// generic CIPHER_ calls.
 #include "registry.h"
 
 // The exports each answer goes through.

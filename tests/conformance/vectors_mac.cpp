@@ -1,6 +1,5 @@
-// Published MAC vectors: NIST HMACVS and CMACVS, the HMAC RFC sets, the
-// SP 800-38B and SP 800-185 examples, RFC 8439 Poly1305. A truncated code in
-// a set is compared with the start of the whole code.
+// Published MAC vectors. A truncated code in a set is compared with the start
+// of the whole code.
 #include "digest_family_support.h"
 #include "registry.h"
 
