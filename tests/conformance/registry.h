@@ -99,6 +99,13 @@ int32_t InPieces(size_t size, Next next, Fn fn) {
     return 0;
 }
 
+// HASH_Bytes: the digest as hex, else "error RC".
+inline std::string HashBytes(const ByteVec& msg, int32_t option) {
+    uint8_t out[64];
+    const int32_t n = HASH_Bytes(out, 64, Ptr(msg), Size(msg), option);
+    return OrError(n >= 0, n, ToHex(out, size_t(std::max(n, 0))));
+}
+
 // The HASH_ (with sha3Bits, the SHA3_) stream over msg in pieces of cut()
 // bytes: the digest as hex, else "error RC".
 template <typename Cut>
@@ -334,14 +341,12 @@ inline ByteVec Joined(const VectorRecord& r, std::initializer_list<const char*> 
 inline std::string Where(const std::string& file, const VectorRecord& r) { return file + ":" + std::to_string(r.line); }
 
 inline std::string Upper(std::string s) {
-    for (char& c : s)
-        if (c >= 'a' && c <= 'f') c = char(c - 'a' + 'A');
+    for (char& c : s) c = char(std::toupper(static_cast<unsigned char>(c)));
     return s;
 }
 
 inline std::string Lower(std::string s) {
-    for (char& c : s)
-        if (c >= 'A' && c <= 'F') c = char(c - 'A' + 'a');
+    for (char& c : s) c = char(std::tolower(static_cast<unsigned char>(c)));
     return s;
 }
 

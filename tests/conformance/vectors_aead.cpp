@@ -57,22 +57,11 @@ CONFORMANCE_SUITE(Vectors, ChaCha20Rfc8439, 16,
         }
         // Key stream and encryption records; the one-time Poly1305 key is the
         // first 32 key stream bytes of block 0.
-        ByteVec in, want;
-        uint32_t counter = 0;
-        if (r.section.count("ChaCha20 block function")) {
-            in.assign(64, 0);
-            want = r.Bytes("BLOCK");
-            counter = uint32_t(r.Int("COUNTER"));
-        } else if (r.section.count("ChaCha20 encryption")) {
-            in = r.Bytes("PLAINTEXT");
-            want = r.Bytes("CIPHERTEXT");
-            counter = uint32_t(r.Int("COUNTER"));
-        } else if (r.section.count("Poly1305 key generation")) {
-            in.assign(32, 0);
-            want = r.Bytes("OTK");
-        } else {
-            continue;  // the Poly1305 records belong to the MAC suite
-        }
+        const bool block = r.section.count("ChaCha20 block function"), otk = r.section.count("Poly1305 key generation");
+        if (!block && !otk && !r.section.count("ChaCha20 encryption")) continue;  // Poly1305: the MAC suite's
+        const ByteVec in = block ? ByteVec(64) : otk ? ByteVec(32) : r.Bytes("PLAINTEXT");
+        const ByteVec want = r.Bytes(block ? "BLOCK" : otk ? "OTK" : "CIPHERTEXT");
+        const uint32_t counter = otk ? 0 : uint32_t(r.Int("COUNTER"));
         check.Case();
         const size_t cut = in.size() * 2 / 5;
         CheckStream(check, OPT_STREAM_CHACHA20, key, nonce, counter, in, want, where, [&] { return cut; });
@@ -127,16 +116,11 @@ CONFORMANCE_SUITE(Vectors, Arcfour, 22, "ARCFOUR with 40- and 128-bit keys at ke
     const std::string file = "rfc/rfc6229_arcfour_subset.txt";
     EachRecord(check, file, [&](const VectorRecord& r, const std::string& where) {
         const ByteVec key = r.Bytes("KEY");
-        ByteVec in, want;
-        size_t offset = 0;
-        if (r.Has("KEYSTREAM")) {
-            offset = size_t(r.Int("OFFSET"));
-            want = r.Bytes("KEYSTREAM");
-            in.assign(offset + want.size(), 0);
-        } else {
-            in = r.Bytes("PLAINTEXT");
-            want = r.Bytes("CIPHERTEXT");
-        }
+        // Key stream records start at an offset.
+        const bool stream = r.Has("KEYSTREAM");
+        const ByteVec want = r.Bytes(stream ? "KEYSTREAM" : "CIPHERTEXT");
+        const size_t offset = stream ? size_t(r.Int("OFFSET")) : 0;
+        const ByteVec in = stream ? ByteVec(offset + want.size()) : r.Bytes("PLAINTEXT");
         CheckStream(check, OPT_STREAM_ARCFOUR, key, {}, 0, in, want, where, [] { return 100; });
         ByteVec b(in.size());
         int32_t rc = PC1_Bytes(b.data(), in.data(), Size(in), key.data(), Size(key));

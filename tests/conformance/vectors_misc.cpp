@@ -68,17 +68,9 @@ bool Runs(Checker& check, bool heavy) {
 }
 
 // Text fields where "\0" stands for one zero byte.
-ByteVec TextBytes(const std::string& text) {
-    ByteVec out;
-    for (size_t i = 0; i < text.size(); ++i) {
-        if (text.compare(i, 2, "\\0") == 0) {
-            out.push_back(0);
-            ++i;
-        } else {
-            out.push_back(uint8_t(text[i]));
-        }
-    }
-    return out;
+ByteVec TextBytes(std::string text) {
+    for (size_t at; (at = text.find("\\0")) != std::string::npos;) text.replace(at, 2, 1, '\0');
+    return ByteVec(text.begin(), text.end());
 }
 
 }  // namespace
