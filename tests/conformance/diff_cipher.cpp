@@ -1,7 +1,5 @@
 // Block ciphers and key wrap against OpenSSL's libcrypto, through the families
 // and the generic CIPHER_ calls.
-#include <algorithm>
-
 #include "reference.h"
 #include "registry.h"
 

@@ -25,13 +25,8 @@ void WriteFile(const std::string& path, const ByteVec& data) {
         .write(reinterpret_cast<const char*>(data.data()), std::streamsize(data.size()));
 }
 
-ByteVec ReadFile(const std::string& path) {
-    std::ifstream in(path, std::ios::binary);
-    return ByteVec((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
-}
-
 std::string HexOrError(int32_t rc, const std::string& path) {
-    return rc == 0 ? ToHex(ReadFile(path)) : "error " + std::to_string(rc);
+    return rc == 0 ? ToHex(ReadBytes(path)) : "error " + std::to_string(rc);
 }
 
 const size_t kSizes[] = {0, 1, 7, 8, 15, 16, 17, 63, 64, 65, 4095, 4096, 4097, 8191, 8192, 8193, 12288, 100003};

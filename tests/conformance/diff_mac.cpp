@@ -1,6 +1,4 @@
 // Digests, MACs, XOFs and key derivation against OpenSSL's libcrypto.
-#include <algorithm>
-
 #include "digest_family_support.h"
 #include "reference.h"
 #include "registry.h"
@@ -137,7 +135,8 @@ CONFORMANCE_SUITE(Differential, XofMgf1, 2000,
         const bool mgf1 = i % 7 >= 2;  // after the two SHAKEs
         const ByteVec msg = rng.Bytes(size_t(rng.Between(0, 400)));
         const size_t length = size_t(rng.Between(mgf1 ? 1 : 0, 600));
-        const std::string where = CaseName(rng, i, mgf1 ? "MGF1" : "XOF", digest, "message", msg.size(), "output", length);
+        const std::string where =
+            CaseName(rng, i, mgf1 ? "MGF1" : "XOF", digest, "message", msg.size(), "output", length);
         ByteVec want;
         const bool ok =
             mgf1 ? ref::Mgf1(digest, msg, length, &want) : length == 0 || ref::Digest(digest, msg, &want, length);

@@ -14,13 +14,10 @@
 #include "test_support.h"
 #include "vector_reader.h"
 
-using ByteVec = std::vector<uint8_t>;
-
 // Collects the outcome of one suite. Only the first mismatches are reported
 // in full, so that a broken core does not flood the log.
 class Checker {
 public:
-    // A record or a generated case about to be checked.
     void Case() { ++cases_; }
     long cases() const { return cases_; }
     int failures() const { return failures_; }
