@@ -1,19 +1,17 @@
-// Authenticated encryption and stream ciphers against OpenSSL's libcrypto:
-// AES-GCM with random IV and tag lengths, ChaCha20 with every nonce layout,
-// ChaCha20-Poly1305, ARCFOUR.
+// AEAD and stream ciphers against OpenSSL's libcrypto.
 #include "reference.h"
 #include "registry.h"
 
 namespace {
 
-// The incremental AEAD_ calls with AAD and text cut at random: ciphertext
-// and tag as hex.
-std::string Incremental(Random& rng, int32_t alg, const ByteVec& key, const ByteVec& nonce, const ByteVec& aad,
-                        const ByteVec& pt) {
-    ByteVec out, tag;
-    const int32_t rc =
-        AeadInPieces(alg, true, key, nonce, aad, pt, &out, &tag, [&](int most) { return rng.Between(1, most); });
-    return OrError(!rc, rc, ToHex(out) + ToHex(tag));
+// The answer with one bit changed in the text, the AAD or the tag.
+AeadAnswer Forged(Random& rng, AeadAnswer a) {
+    ByteVec& victim = rng.Between(0, 2) == 0 && !a.ct.empty() ? a.ct
+                      : !a.aad.empty() && rng.Between(0, 1)   ? a.aad
+                                                              : a.tag;
+    victim[size_t(rng.Between(0, int(victim.size()) - 1))] ^= uint8_t(1 << rng.Between(0, 7));
+    a.fail = true;
+    return a;
 }
 
 }  // namespace
@@ -38,35 +36,11 @@ CONFORMANCE_SUITE(Differential, AesGcm, 6000,
         const std::string name = "AES-" + std::to_string(keyLength * 8) + "-GCM";
         if (!check.True(ref::Aead(name.c_str(), true, key, iv, aad, pt, &ct, &tag), "reference failed", where))
             continue;
-        const std::string sealed = ToHex(ct) + ToHex(tag);
-        ByteVec out(pt.size() + 1), got(16);
-        int32_t rc = GCM_Encrypt(out.data(), Size(out), got.data(), Size(tag), Ptr(pt), Size(pt), key.data(), Size(key),
-                                 iv.data(), Size(iv), Ptr(aad), Size(aad), 0);
-        check.Equal(OrError(!rc, rc, ToHex(out.data(), pt.size()) + ToHex(got.data(), tag.size())), sealed,
-                    where + " GCM_Encrypt");
-        rc = GCM_Decrypt(out.data(), Size(out), Ptr(ct), Size(ct), key.data(), Size(key), iv.data(), Size(iv), Ptr(aad),
-                         Size(aad), tag.data(), Size(tag), 0);
-        check.Equal(OrError(!rc, rc, ToHex(out.data(), pt.size())), ToHex(pt), where + " GCM_Decrypt");
-        // One changed byte anywhere in text, AAD or tag is refused.
-        ByteVec badCt = ct, badAad = aad, badTag = tag;
-        ByteVec& victim = rng.Between(0, 2) == 0 && !ct.empty() ? badCt
-                          : !aad.empty() && rng.Between(0, 1)   ? badAad
-                                                                : badTag;
-        victim[size_t(rng.Between(0, int(victim.size()) - 1))] ^= uint8_t(1 << rng.Between(0, 7));
-        rc = GCM_Decrypt(out.data(), Size(out), Ptr(badCt), Size(badCt), key.data(), Size(key), iv.data(), Size(iv),
-                         Ptr(badAad), Size(badAad), badTag.data(), Size(badTag), 0);
-        check.Equal(rc, -AUTH_FAIL_ERROR, where + " forged");
-        if (ivLength != 12 || keyLength == 24) continue;
-        const int32_t alg = keyLength == 16 ? OPT_AEAD_AES_128_GCM : OPT_AEAD_AES_256_GCM;
-        rc = AEAD_Encrypt(out.data(), Size(out), got.data(), 16, Ptr(pt), Size(pt), key.data(), Size(key), iv.data(),
-                          12, Ptr(aad), Size(aad), alg);
-        check.Equal(OrError(!rc, rc, ToHex(out.data(), pt.size()) + ToHex(got.data(), tag.size())), sealed,
-                    where + " AEAD_Encrypt");
-        rc = AEAD_Decrypt(out.data(), Size(out), Ptr(ct), Size(ct), key.data(), Size(key), iv.data(), 12, Ptr(aad),
-                          Size(aad), tag.data(), Size(tag), alg);
-        check.Equal(OrError(!rc, rc, ToHex(out.data(), pt.size())), ToHex(pt), where + " AEAD_Decrypt");
-        if (tag.size() == 16)
-            check.Equal(Incremental(rng, alg, key, iv, aad, pt), sealed, where + " AEAD_ incremental");
+        const AeadAnswer a{key, iv, aad, pt, ct, tag};
+        const auto cut = [&](int most) { return rng.Between(1, most); };
+        CheckAead(check, a, 0, true, where, cut);
+        CheckAead(check, a, 0, false, where, cut);
+        CheckAead(check, Forged(rng, a), 0, false, where + " forged", cut);
     }
 }
 
@@ -90,17 +64,8 @@ CONFORMANCE_SUITE(Differential, ChaCha20, 1500,
         const std::string where = CaseName(rng, i, "nonce", ourNonce, "counter", counter, "length", pt.size());
         ByteVec want;
         if (!check.True(ref::Crypt("ChaCha20", true, key, refIv, pt, &want), "reference failed", where)) continue;
-        ByteVec out(pt.size() + 1);
-        int32_t rc = CIPHER_StreamBytes(out.data(), NonNull(pt), Size(pt), key.data(), 32, ourNonce.data(),
-                                        Size(ourNonce), counter, OPT_STREAM_CHACHA20);
-        check.Equal(OrError(!rc, rc, ToHex(out.data(), pt.size())), ToHex(want), where + " bytes");
-        const int32_t h =
-            CIPHER_StreamInit(key.data(), 32, ourNonce.data(), Size(ourNonce), counter, OPT_STREAM_CHACHA20);
-        InPieces(
-            pt.size(), [&] { return rng.Between(0, 150); },
-            [&](size_t at, size_t n) { CIPHER_StreamUpdate(h, out.data() + at, pt.data() + at, int32_t(n)); });
-        CIPHER_StreamFinal(h);
-        check.Equal(ToHex(out.data(), pt.size()), ToHex(want), where + " stream");
+        CheckStream(check, OPT_STREAM_CHACHA20, key, ourNonce, counter, pt, want, where,
+                    [&] { return rng.Between(0, 150); });
     }
 }
 
@@ -120,22 +85,11 @@ CONFORMANCE_SUITE(Differential, ChaCha20Poly1305, 3000,
         if (!check.True(ref::Aead("ChaCha20-Poly1305", true, key, nonce, aad, pt, &ct, &tag), "reference failed",
                         where))
             continue;
-        ByteVec sealed = ct, out(pt.size() + 16), got(16), back(pt.size() + 1);
-        sealed.insert(sealed.end(), tag.begin(), tag.end());
-        int32_t rc = AEAD_Encrypt(out.data(), Size(out), got.data(), 16, Ptr(pt), Size(pt), key.data(), 32,
-                                  nonce.data(), 12, Ptr(aad), Size(aad), alg);
-        check.Equal(OrError(!rc, rc, ToHex(out.data(), pt.size()) + ToHex(got)), ToHex(sealed), where + " encrypt");
-        rc = AEAD_EncryptWithTag(out.data(), Size(out), Ptr(pt), Size(pt), key.data(), 32, nonce.data(), 12, Ptr(aad),
-                                 Size(aad), alg);
-        check.Equal(OrError(rc == Size(out), rc, ToHex(out)), ToHex(sealed), where + " EncryptWithTag");
-        rc = AEAD_Decrypt(back.data(), Size(back), Ptr(ct), Size(ct), key.data(), 32, nonce.data(), 12, Ptr(aad),
-                          Size(aad), tag.data(), 16, alg);
-        check.Equal(OrError(!rc, rc, ToHex(back.data(), pt.size())), ToHex(pt), where + " decrypt");
-        sealed[size_t(rng.Between(0, Size(sealed) - 1))] ^= 0x20;
-        rc = AEAD_DecryptWithTag(back.data(), Size(back), sealed.data(), Size(sealed), key.data(), 32, nonce.data(), 12,
-                                 Ptr(aad), Size(aad), alg);
-        check.Equal(rc, -AUTH_FAIL_ERROR, where + " forged");
-        check.Equal(Incremental(rng, alg, key, nonce, aad, pt), ToHex(ct) + ToHex(tag), where + " incremental");
+        const AeadAnswer a{key, nonce, aad, pt, ct, tag};
+        const auto cut = [&](int most) { return rng.Between(1, most); };
+        CheckAead(check, a, alg, true, where, cut);
+        CheckAead(check, a, alg, false, where, cut);
+        CheckAead(check, Forged(rng, a), alg, false, where + " forged", cut);
     }
 }
 
@@ -151,10 +105,8 @@ CONFORMANCE_SUITE(Differential, Arcfour, 500, "ARCFOUR with keys of 1 to 256 byt
         const std::string where = CaseName(rng, i, "key", key, "length", pt.size());
         ByteVec want, out(pt.size() + 1);
         if (!check.True(ref::Crypt("RC4", true, key, {}, pt, &want), "reference failed", where)) continue;
-        int32_t rc = CIPHER_StreamBytes(out.data(), NonNull(pt), Size(pt), key.data(), Size(key), nullptr, 0, 0,
-                                        OPT_STREAM_ARCFOUR);
-        check.Equal(OrError(!rc, rc, ToHex(out.data(), pt.size())), ToHex(want), where + " CIPHER_StreamBytes");
-        rc = PC1_Bytes(out.data(), NonNull(pt), Size(pt), key.data(), Size(key));
+        CheckStream(check, OPT_STREAM_ARCFOUR, key, {}, 0, pt, want, where, [&] { return rng.Between(0, 300); });
+        const int32_t rc = PC1_Bytes(out.data(), NonNull(pt), Size(pt), key.data(), Size(key));
         check.Equal(OrError(!rc, rc, ToHex(out.data(), pt.size())), ToHex(want), where + " PC1_Bytes");
     }
 }

@@ -1,9 +1,5 @@
-// Digests, MACs, XOFs and key derivation against OpenSSL's libcrypto: every
-// digest over messages of every length to a few blocks and some large ones,
-// the family HMAC calls, HMAC over every digest, CMAC, Poly1305, KMAC, SHAKE,
-// MGF1, PBKDF2 and scrypt with random keys, messages, lengths and parameters.
-#include <algorithm>
-
+// Digests, MACs, XOFs and key derivation against OpenSSL's libcrypto.
+#include "digest_family_support.h"
 #include "reference.h"
 #include "registry.h"
 
@@ -44,26 +40,6 @@ std::vector<size_t> MessageLengths() {
     return lengths;
 }
 
-std::string Ours(const ByteVec& msg, int32_t option) {
-    uint8_t out[64];
-    int32_t n = HASH_Bytes(out, 64, Ptr(msg), Size(msg), option);
-    return OrError(n >= 0, n, ToHex(out, size_t(std::max(n, 0))));
-}
-
-std::string OursStreamed(Random& rng, const ByteVec& msg, int32_t option) {
-    const int32_t h = HASH_Init(option);
-    int32_t rc = 0;
-    InPieces(
-        msg.size(), [&] { return rng.Between(0, 200); },
-        [&](size_t at, size_t n) {
-            if (rc == 0) rc = HASH_AddBytes(h, msg.data() + at, int32_t(n));
-        });
-    if (rc != 0) return "add failed";
-    uint8_t out[64];
-    int32_t n = HASH_Final(out, 64, h);
-    return OrError(n >= 0, n, ToHex(out, size_t(std::max(n, 0))));
-}
-
 }  // namespace
 
 CONFORMANCE_SUITE(Differential, Hmac, 3300,
@@ -82,13 +58,8 @@ CONFORMANCE_SUITE(Differential, Hmac, 3300,
             if (!check.True(ref::Mac("HMAC", h.name, key, msg, &want), "reference failed", where)) continue;
             check.Equal(MacBytes(key, msg, h.hmac, want.size()), ToHex(want), where + " MAC_Bytes");
             if (!h.streams || key.empty()) continue;  // the stream takes no empty key
-            const int32_t handle = MAC_Init(key.data(), Size(key), h.hmac);
-            InPieces(
-                msg.size(), [&] { return rng.Between(0, 100); },
-                [&](size_t at, size_t n) { MAC_AddBytes(handle, msg.data() + at, int32_t(n)); });
-            ByteVec out(want.size());
-            const int32_t n = MAC_Final(out.data(), Size(out), handle);
-            check.Equal(OrError(n == Size(out), n, ToHex(out)), ToHex(want), where + " stream");
+            check.Equal(MacStream(key, msg, h.hmac, want.size(), [&] { return rng.Between(0, 100); }), ToHex(want),
+                        where + " stream");
         }
     }
 }
@@ -154,30 +125,27 @@ CONFORMANCE_SUITE(Differential, XofMgf1, 2000,
                   "SHAKE128, SHAKE256 with outputs of 0 to 600 bytes (several rates); MGF1 over SHA-1 and SHA-2",
                   "OpenSSL libcrypto EVP_DigestFinalXOF and PKCS1_MGF1", "XOF_Bytes PRF_Bytes") {
     Random rng(0x5eed0043);
-    const struct {
-        int32_t option;
-        const char* digest;
-        bool mgf1;
-    } xofs[] = {{OPT_XOF_SHAKE128, "SHAKE128", false}, {OPT_XOF_SHAKE256, "SHAKE256", false},
-                {OPT_XOF_MGF1_SHA1, "SHA1", true},     {OPT_XOF_MGF1_SHA224, "SHA224", true},
-                {OPT_XOF_MGF1_SHA256, "SHA256", true}, {OPT_XOF_MGF1_SHA384, "SHA384", true},
-                {OPT_XOF_MGF1_SHA512, "SHA512", true}};
+    const std::pair<int32_t, const char*> xofs[] = {
+        {OPT_XOF_SHAKE128, "SHAKE128"}, {OPT_XOF_SHAKE256, "SHAKE256"}, {OPT_XOF_MGF1_SHA1, "SHA1"},
+        {OPT_XOF_MGF1_SHA224, "SHA224"}, {OPT_XOF_MGF1_SHA256, "SHA256"}, {OPT_XOF_MGF1_SHA384, "SHA384"},
+        {OPT_XOF_MGF1_SHA512, "SHA512"}};
     for (long i = 0; i < 2000; ++i) {
         check.Case();
-        const auto& x = xofs[i % 7];
+        const auto [option, digest] = xofs[i % 7];
+        const bool mgf1 = i % 7 >= 2;  // after the two SHAKEs
         const ByteVec msg = rng.Bytes(size_t(rng.Between(0, 400)));
-        const size_t length = size_t(rng.Between(x.mgf1 ? 1 : 0, 600));
+        const size_t length = size_t(rng.Between(mgf1 ? 1 : 0, 600));
         const std::string where =
-            CaseName(rng, i, x.mgf1 ? "MGF1" : "XOF", x.digest, "message", msg.size(), "output", length);
+            CaseName(rng, i, mgf1 ? "MGF1" : "XOF", digest, "message", msg.size(), "output", length);
         ByteVec want;
         const bool ok =
-            x.mgf1 ? ref::Mgf1(x.digest, msg, length, &want) : length == 0 || ref::Digest(x.digest, msg, &want, length);
+            mgf1 ? ref::Mgf1(digest, msg, length, &want) : length == 0 || ref::Digest(digest, msg, &want, length);
         if (!check.True(ok, "reference failed", where)) continue;
         ByteVec out(length + 1);
-        int32_t n = XOF_Bytes(out.data(), int32_t(length), Ptr(msg), Size(msg), x.option);
+        int32_t n = XOF_Bytes(out.data(), int32_t(length), Ptr(msg), Size(msg), option);
         check.Equal(OrError(n == int32_t(length), n, ToHex(out.data(), length)), ToHex(want), where + " XOF_Bytes");
-        if (x.mgf1) continue;
-        n = PRF_Bytes(out.data(), int32_t(length), NonNull(msg), Size(msg), nullptr, 0, "", x.option);
+        if (mgf1) continue;
+        n = PRF_Bytes(out.data(), int32_t(length), NonNull(msg), Size(msg), nullptr, 0, "", option);
         check.Equal(OrError(n == int32_t(length), n, ToHex(out.data(), length)), ToHex(want), where + " PRF_Bytes");
     }
 }
@@ -250,13 +218,15 @@ CONFORMANCE_SUITE(Differential, Digests, 3656,
             const std::string where = CaseName(rng, index++, d.name, "of", length);
             ByteVec want;
             if (!check.True(ref::Digest(d.name, msg, &want), "reference digest unavailable", where)) continue;
-            check.Equal(Ours(msg, d.option), ToHex(want), where + " HASH_Bytes");
-            if (d.streams) check.Equal(OursStreamed(rng, msg, d.option), ToHex(want), where + " HASH_ stream");
+            check.Equal(HashBytes(msg, d.option), ToHex(want), where + " HASH_Bytes");
+            if (d.streams)
+                check.Equal(HashStream(msg, d.option, 0, [&] { return rng.Between(0, 200); }), ToHex(want),
+                            where + " HASH_ stream");
             // The double flag digests the digest once more, for nibbles 0 to 7.
             if (d.option <= 7 && length <= 64) {
                 ByteVec twice;
                 ref::Digest(d.name, want, &twice);
-                check.Equal(Ours(msg, d.option | OPT_HASH_DOUBLE), ToHex(twice), where + " double");
+                check.Equal(HashBytes(msg, d.option | OPT_HASH_DOUBLE), ToHex(twice), where + " double");
             }
         }
         if (length > 300) continue;
@@ -265,7 +235,7 @@ CONFORMANCE_SUITE(Differential, Digests, 3656,
         ByteVec sha256, want;
         ref::Digest("SHA256", msg, &sha256);
         ref::Digest("RIPEMD160", sha256, &want);
-        check.Equal(Ours(msg, OPT_HASH_RMD160_SHA256), ToHex(want),
+        check.Equal(HashBytes(msg, OPT_HASH_RMD160_SHA256), ToHex(want),
                     CaseName(rng, index++, "RIPEMD-160 of SHA-256 of", length));
     }
 }
@@ -273,22 +243,19 @@ CONFORMANCE_SUITE(Differential, Digests, 3656,
 CONFORMANCE_SUITE(Differential, HmacFamilies, 1500, "HMAC-SHA-1, HMAC-SHA-256, HMAC-MD5 with keys of 0 to 200 bytes",
                   "OpenSSL libcrypto EVP_MAC HMAC; random keys and messages", "SHA1_Hmac SHA2_Hmac MD5_Hmac") {
     Random rng(0x5eed0002);
-    const struct {
-        const char* name;
-        int32_t (*call)(char*, const unsigned char*, int32_t, const unsigned char*, int32_t);
-    } families[] = {{"SHA1", SHA1_Hmac}, {"SHA256", SHA2_Hmac}, {"MD5", MD5_Hmac}};
     long index = 0;
-    for (const auto& f : families) {
+    for (const DigestFamily& f : kDigestFamilies) {
+        const char* name = f.option == OPT_HASH_SHA1 ? "SHA1" : f.option == OPT_HASH_MD5 ? "MD5" : "SHA256";
         for (int i = 0; i < 500; ++i) {
             check.Case();
             // Keys cover shorter than, equal to and longer than the 64-byte block.
             const ByteVec key = rng.Bytes(size_t(i % 201)), msg = rng.Bytes(size_t(rng.Between(0, 300)));
             ByteVec want;
-            ref::Mac("HMAC", f.name, key, msg, &want);
+            ref::Mac("HMAC", name, key, msg, &want);
             char out[65] = {};
-            f.call(out, NonNull(msg), Size(msg), NonNull(key), Size(key));
+            f.hmac(out, NonNull(msg), Size(msg), NonNull(key), Size(key));
             check.Equal(std::string(out), ToHex(want),
-                        CaseName(rng, index++, "HMAC", f.name, "key", key.size(), "message", msg.size()));
+                        CaseName(rng, index++, "HMAC", name, "key", key.size(), "message", msg.size()));
         }
     }
 }

@@ -64,20 +64,15 @@ public:
 private:
     const Suite& suite_;
 };
-
-void PrintRegistry() {
-    for (const Suite& s : Registry())
-        std::cout << s.group << '\t' << s.name << '\t' << s.expected << '\t' << s.algorithms << '\t' << s.source << '\t'
-                  << s.exports << '\n';
-}
 }  // namespace
 
 int main(int argc, char** argv) {
     for (int i = 1; i < argc; ++i) {
-        if (std::strcmp(argv[i], "--registry") == 0) {
-            PrintRegistry();
-            return 0;
-        }
+        if (std::strcmp(argv[i], "--registry") != 0) continue;
+        for (const Suite& s : Registry())
+            std::cout << s.group << '\t' << s.name << '\t' << s.expected << '\t' << s.algorithms << '\t' << s.source
+                      << '\t' << s.exports << '\n';
+        return 0;
     }
     ::testing::InitGoogleTest(&argc, argv);
     for (const Suite& s : Registry()) {

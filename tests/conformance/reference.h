@@ -34,13 +34,11 @@ bool Aead(const char* name, bool encrypt, const ByteVec& key, const ByteVec& iv,
 bool Mac(const char* name, const char* setting, const ByteVec& key, const ByteVec& msg, ByteVec* out);
 bool Kmac(int strength, const ByteVec& key, const ByteVec& msg, const std::string& custom, size_t length, ByteVec* out);
 
-// Key derivation.
 bool Pbkdf2(const char* digest, const ByteVec& password, const ByteVec& salt, int iterations, size_t length,
             ByteVec* out);
 bool Scrypt(const ByteVec& password, const ByteVec& salt, uint64_t n, uint64_t r, uint64_t p, size_t length,
             ByteVec* out);
 
-// MGF1 of PKCS #1 over a digest.
 bool Mgf1(const char* digest, const ByteVec& seed, size_t length, ByteVec* out);
 
 }  // namespace ref

@@ -1,65 +1,15 @@
-// Published vectors for authenticated encryption and stream ciphers: NIST
-// GCMVS (every IV length, failing tags), RFC 8439, Ascon v1.2 known answers,
-// eSTREAM Salsa20 and RFC 6229 ARCFOUR.
+// Published vectors for AEAD and stream ciphers.
 #include "registry.h"
 
 namespace {
 
-std::string Prefix(const ByteVec& v, size_t n) { return ToHex(v.data(), std::min(n, v.size())); }
-
 // Fixed cuts for the incremental calls: a third and two thirds of the most.
 int Thirds(int most) { return most / 3; }
 
-// A GCMVS record through GCM_ one-shot, GCM_ with a prepared key and, where
-// the AEAD_ numbers take it (16- or 32-byte key, 12-byte IV), AEAD_ one-shot
-// and incremental. The answer encrypting is ciphertext and tag (a short tag
-// is the start of the whole one); decrypting, "ok" and the plaintext, or for
-// a failing record "rejected" with the output as it was. Incremental
-// decryption hands out plaintext before the tag is known, so there only the
-// verdict counts on failing records.
 void CheckGcm(Checker& check, const VectorRecord& r, bool encrypt, const std::string& where) {
-    const ByteVec key = r.Bytes("Key"), iv = r.Bytes("IV"), aad = r.Bytes("AAD"), pt = r.Bytes("PT"),
-                  ct = r.Bytes("CT");
-    ByteVec tag = r.Bytes("Tag"), out, got;
-    const ByteVec& in = encrypt ? pt : ct;
-    const std::string want = encrypt  ? Lower(r.Get("CT") + r.Get("Tag"))
-                             : r.fail ? "rejected " + std::string(ct.size() * 2, 'a')
-                                      : "ok " + Lower(r.Get("PT"));
-    const int32_t h = GCM_InitKey(key.data(), Size(key), 0);
-    const int32_t alg = iv.size() != 12    ? 0
-                        : key.size() == 16 ? OPT_AEAD_AES_128_GCM
-                        : key.size() == 32 ? OPT_AEAD_AES_256_GCM
-                                           : 0;
-    const char* names[] = {" GCM_", " GCM_Next", " AEAD_", " AEAD_ incremental"};
-    for (int form = 0; form < (alg ? 4 : 2); ++form) {
-        out.assign(in.size() + 1, 0xaa);
-        got.assign(16, 0);
-        int32_t rc;
-        if (encrypt) {
-            rc = form == 0   ? GCM_Encrypt(out.data(), Size(out), got.data(), Size(tag), Ptr(pt), Size(pt), key.data(),
-                                           Size(key), iv.data(), Size(iv), Ptr(aad), Size(aad), 0)
-                 : form == 1 ? GCM_NextEncrypt(h, out.data(), Size(out), got.data(), Size(tag), Ptr(pt), Size(pt),
-                                               iv.data(), Size(iv), Ptr(aad), Size(aad))
-                 : form == 2 ? AEAD_Encrypt(out.data(), Size(out), got.data(), 16, Ptr(pt), Size(pt), key.data(),
-                                            Size(key), iv.data(), 12, Ptr(aad), Size(aad), alg)
-                             : AeadInPieces(alg, true, key, iv, aad, pt, &out, &got, Thirds);
-            check.Equal(OrError(!rc, rc, Prefix(out, in.size()) + Prefix(got, tag.size())), want, where + names[form]);
-            continue;
-        }
-        rc = form == 0   ? GCM_Decrypt(out.data(), Size(out), Ptr(ct), Size(ct), key.data(), Size(key), iv.data(),
-                                       Size(iv), Ptr(aad), Size(aad), tag.data(), Size(tag), 0)
-             : form == 1 ? GCM_NextDecrypt(h, out.data(), Size(out), Ptr(ct), Size(ct), iv.data(), Size(iv), Ptr(aad),
-                                           Size(aad), tag.data(), Size(tag))
-             : form == 2 ? AEAD_Decrypt(out.data(), Size(out), Ptr(ct), Size(ct), key.data(), Size(key), iv.data(), 12,
-                                        Ptr(aad), Size(aad), tag.data(), Size(tag), alg)
-                         : AeadInPieces(alg, false, key, iv, aad, ct, &out, &tag, Thirds);
-        const std::string outcome = rc == 0 || rc == -AUTH_FAIL_ERROR
-                                        ? (rc ? "rejected " : "ok ") + Prefix(out, in.size())
-                                        : "error " + std::to_string(rc);
-        const size_t keep = form == 3 && r.fail ? 8 : std::string::npos;  // "rejected"
-        check.Equal(outcome.substr(0, keep), want.substr(0, keep), where + names[form]);
-    }
-    GCM_FinishKey(h);
+    const AeadAnswer a{r.Bytes("Key"), r.Bytes("IV"), r.Bytes("AAD"), r.Bytes("PT"), r.Bytes("CT"), r.Bytes("Tag"),
+                       r.fail};
+    CheckAead(check, a, 0, encrypt, where, Thirds);
 }
 
 }  // namespace
@@ -100,63 +50,28 @@ CONFORMANCE_SUITE(Vectors, ChaCha20Rfc8439, 16,
         const ByteVec key = r.Bytes("KEY"), nonce = r.Bytes("NONCE");
         if (r.section.count("AEAD_CHACHA20_POLY1305")) {
             check.Case();
-            const int32_t alg = OPT_AEAD_CHACHA20_POLY1305;
-            const ByteVec aad = r.Bytes("AAD"), pt = r.Bytes("PLAINTEXT"), ct = r.Bytes("CIPHERTEXT");
-            const std::string sealed = r.Get("CIPHERTEXT") + r.Get("TAG");
-            ByteVec out(pt.size() + 16), back(pt.size()), tag(16), given = r.Bytes("TAG"), both = FromHex(sealed);
-            int32_t rc = AEAD_Encrypt(out.data(), Size(pt), tag.data(), 16, pt.data(), Size(pt), key.data(), 32,
-                                      nonce.data(), 12, Ptr(aad), Size(aad), alg);
-            check.Equal(OrError(!rc, rc, Prefix(out, pt.size()) + ToHex(tag)), sealed, where + " AEAD_Encrypt");
-            rc = AEAD_EncryptWithTag(out.data(), Size(out), pt.data(), Size(pt), key.data(), 32, nonce.data(), 12,
-                                     Ptr(aad), Size(aad), alg);
-            check.Equal(OrError(rc == Size(out), rc, ToHex(out)), sealed, where + " AEAD_EncryptWithTag");
-            rc = AeadInPieces(alg, true, key, nonce, aad, pt, &out, &tag, Thirds);
-            check.Equal(OrError(!rc, rc, ToHex(out) + ToHex(tag)), sealed, where + " AEAD_ incremental encrypt");
-            rc = AEAD_Decrypt(back.data(), Size(back), ct.data(), Size(ct), key.data(), 32, nonce.data(), 12, Ptr(aad),
-                              Size(aad), given.data(), 16, alg);
-            check.Equal(OrError(!rc, rc, ToHex(back)), ToHex(pt), where + " AEAD_Decrypt");
-            rc = AEAD_DecryptWithTag(back.data(), Size(back), both.data(), Size(both), key.data(), 32, nonce.data(), 12,
-                                     Ptr(aad), Size(aad), alg);
-            check.Equal(OrError(rc == Size(pt), rc, ToHex(back)), ToHex(pt), where + " AEAD_DecryptWithTag");
-            rc = AeadInPieces(alg, false, key, nonce, aad, ct, &back, &given, Thirds);
-            check.Equal(OrError(!rc, rc, ToHex(back)), ToHex(pt), where + " AEAD_ incremental decrypt");
+            const AeadAnswer a{key, nonce, r.Bytes("AAD"), r.Bytes("PLAINTEXT"), r.Bytes("CIPHERTEXT"), r.Bytes("TAG")};
+            for (bool encrypt : {true, false})
+                CheckAead(check, a, OPT_AEAD_CHACHA20_POLY1305, encrypt, where, Thirds);
             continue;
         }
         // Key stream and encryption records; the one-time Poly1305 key is the
         // first 32 key stream bytes of block 0.
-        ByteVec in, want;
-        uint32_t counter = 0;
-        if (r.section.count("ChaCha20 block function")) {
-            in.assign(64, 0);
-            want = r.Bytes("BLOCK");
-            counter = uint32_t(r.Int("COUNTER"));
-        } else if (r.section.count("ChaCha20 encryption")) {
-            in = r.Bytes("PLAINTEXT");
-            want = r.Bytes("CIPHERTEXT");
-            counter = uint32_t(r.Int("COUNTER"));
-        } else if (r.section.count("Poly1305 key generation")) {
-            in.assign(32, 0);
-            want = r.Bytes("OTK");
-        } else {
-            continue;  // the Poly1305 records belong to the MAC suite
-        }
+        const bool block = r.section.count("ChaCha20 block function"), otk = r.section.count("Poly1305 key generation");
+        if (!block && !otk && !r.section.count("ChaCha20 encryption")) continue;  // Poly1305: the MAC suite's
+        const ByteVec in = block ? ByteVec(64) : otk ? ByteVec(32) : r.Bytes("PLAINTEXT");
+        const ByteVec want = r.Bytes(block ? "BLOCK" : otk ? "OTK" : "CIPHERTEXT");
+        const uint32_t counter = otk ? 0 : uint32_t(r.Int("COUNTER"));
         check.Case();
-        ByteVec out(in.size());
-        int32_t rc = CIPHER_StreamBytes(out.data(), in.data(), Size(in), key.data(), Size(key), nonce.data(), 12,
-                                        counter, OPT_STREAM_CHACHA20);
-        check.Equal(rc ? "error " + std::to_string(rc) : ToHex(out), ToHex(want), where + " CIPHER_StreamBytes");
-        std::string hex(in.size() * 2 + 1, '\0');
-        rc = CIPHER_StreamHex(hex.data(), int32_t(hex.size() - 1), ToHex(in).c_str(), ToHex(key).c_str(),
-                              ToHex(nonce).c_str(), counter, OPT_STREAM_CHACHA20);
-        check.Equal(rc ? "error " + std::to_string(rc) : hex.c_str(), Upper(ToHex(want)), where + " CIPHER_StreamHex");
-        // Cut anywhere: the stream carries its key stream across calls.
-        const int32_t h = CIPHER_StreamInit(key.data(), Size(key), nonce.data(), 12, counter, OPT_STREAM_CHACHA20);
         const size_t cut = in.size() * 2 / 5;
-        out.assign(in.size(), 0);
-        rc = CIPHER_StreamUpdate(h, out.data(), in.data(), int32_t(cut));
-        if (rc == 0) rc = CIPHER_StreamUpdate(h, out.data() + cut, in.data() + cut, int32_t(in.size() - cut));
-        CIPHER_StreamFinal(h);
-        check.Equal(rc ? "error " + std::to_string(rc) : ToHex(out), ToHex(want), where + " CIPHER_StreamUpdate");
+        CheckStream(check, OPT_STREAM_CHACHA20, key, nonce, counter, in, want, where, [&] { return cut; });
+        const std::string hexIn = ToHex(in), hexKey = ToHex(key), hexNonce = ToHex(nonce);
+        check.Equal(HexText(in.size(),
+                            [&](char* hex, int32_t room) {
+                                return CIPHER_StreamHex(hex, room, hexIn.c_str(), hexKey.c_str(), hexNonce.c_str(),
+                                                        counter, OPT_STREAM_CHACHA20);
+                            }),
+                    Upper(ToHex(want)), where + " CIPHER_StreamHex");
     }
 }
 
@@ -168,23 +83,15 @@ CONFORMANCE_SUITE(Vectors, Ascon, 2178,
         const std::string file = alg == OPT_AEAD_ASCON_128 ? "ascon-v1.2/Ascon-128_v1.2_LWC_AEAD_KAT_128_128.txt"
                                                            : "ascon-v1.2/Ascon-128a_v1.2_LWC_AEAD_KAT_128_128.txt";
         EachRecord(check, file, [&](const VectorRecord& r, const std::string& where) {
-            const ByteVec key = r.Bytes("Key"), nonce = r.Bytes("Nonce"), pt = r.Bytes("PT"), ad = r.Bytes("AD");
-            const ByteVec want = r.Bytes("CT");
-            ByteVec sealed(want.size());
-            int32_t rc = AEAD_EncryptWithTag(sealed.data(), Size(sealed), Ptr(pt), Size(pt), key.data(), 16,
-                                             nonce.data(), 16, Ptr(ad), Size(ad), alg);
-            check.Equal(rc == Size(want) ? ToHex(sealed) : "error " + std::to_string(rc), ToHex(want),
-                        where + " AEAD_EncryptWithTag");
-            ByteVec opened(pt.size() + 1);
-            rc = AEAD_DecryptWithTag(opened.data(), Size(opened), want.data(), Size(want), key.data(), 16, nonce.data(),
-                                     16, Ptr(ad), Size(ad), alg);
-            check.Equal(rc == Size(pt) ? Prefix(opened, pt.size()) : "error " + std::to_string(rc), ToHex(pt),
-                        where + " AEAD_DecryptWithTag");
-            ByteVec forged = want;
-            forged.back() ^= 1;
-            rc = AEAD_DecryptWithTag(opened.data(), Size(opened), forged.data(), Size(forged), key.data(), 16,
-                                     nonce.data(), 16, Ptr(ad), Size(ad), alg);
-            check.Equal(rc, -AUTH_FAIL_ERROR, where + " forged tag");
+            // CT holds the ciphertext and the 16-byte tag.
+            const ByteVec sealed = r.Bytes("CT");
+            AeadAnswer answer{r.Bytes("Key"), r.Bytes("Nonce"), r.Bytes("AD"), r.Bytes("PT"),
+                              ByteVec(sealed.begin(), sealed.end() - 16), ByteVec(sealed.end() - 16, sealed.end())};
+            CheckAead(check, answer, alg, true, where, Thirds);
+            CheckAead(check, answer, alg, false, where, Thirds);
+            answer.tag.back() ^= 1;
+            answer.fail = true;
+            CheckAead(check, answer, alg, false, where + " forged tag", Thirds);
         });
     }
 }
@@ -198,17 +105,8 @@ CONFORMANCE_SUITE(Vectors, Salsa20, 5, "Salsa20/20 with 128- and 256-bit keys fr
         if (r.Get("COUNTER") != "0000000000000000") continue;  // no counter argument for Salsa20
         check.Case();
         const ByteVec key = r.Bytes("KEY"), iv = r.Bytes("IV"), want = r.Bytes("STREAM");
-        const size_t offset = size_t(r.Int("OFFSET"));
-        ByteVec zeros(offset + want.size(), 0), out(zeros.size());
-        int32_t rc = CIPHER_StreamBytes(out.data(), zeros.data(), Size(zeros), key.data(), Size(key), iv.data(), 8, 0,
-                                        OPT_STREAM_SALSA20);
-        check.Equal(rc ? "error" : ToHex(out.data() + offset, want.size()), ToHex(want), Where(file, r) + " bytes");
-        const int32_t h = CIPHER_StreamInit(key.data(), Size(key), iv.data(), 8, 0, OPT_STREAM_SALSA20);
-        for (size_t at = 0; at < zeros.size(); at += 37)
-            CIPHER_StreamUpdate(h, out.data() + at, zeros.data() + at,
-                                int32_t(std::min<size_t>(37, zeros.size() - at)));
-        CIPHER_StreamFinal(h);
-        check.Equal(ToHex(out.data() + offset, want.size()), ToHex(want), Where(file, r) + " stream");
+        const ByteVec zeros(size_t(r.Int("OFFSET")) + want.size(), 0);
+        CheckStream(check, OPT_STREAM_SALSA20, key, iv, 0, zeros, want, Where(file, r), [] { return 37; });
     }
 }
 
@@ -218,21 +116,14 @@ CONFORMANCE_SUITE(Vectors, Arcfour, 22, "ARCFOUR with 40- and 128-bit keys at ke
     const std::string file = "rfc/rfc6229_arcfour_subset.txt";
     EachRecord(check, file, [&](const VectorRecord& r, const std::string& where) {
         const ByteVec key = r.Bytes("KEY");
-        ByteVec in, want;
-        size_t offset = 0;
-        if (r.Has("KEYSTREAM")) {
-            offset = size_t(r.Int("OFFSET"));
-            want = r.Bytes("KEYSTREAM");
-            in.assign(offset + want.size(), 0);
-        } else {
-            in = r.Bytes("PLAINTEXT");
-            want = r.Bytes("CIPHERTEXT");
-        }
-        ByteVec a(in.size()), b(in.size());
-        int32_t rc =
-            CIPHER_StreamBytes(a.data(), in.data(), Size(in), key.data(), Size(key), nullptr, 0, 0, OPT_STREAM_ARCFOUR);
-        check.Equal(rc ? "error" : ToHex(a.data() + offset, want.size()), ToHex(want), where + " stream");
-        rc = PC1_Bytes(b.data(), in.data(), Size(in), key.data(), Size(key));
+        // Key stream records start at an offset.
+        const bool stream = r.Has("KEYSTREAM");
+        const ByteVec want = r.Bytes(stream ? "KEYSTREAM" : "CIPHERTEXT");
+        const size_t offset = stream ? size_t(r.Int("OFFSET")) : 0;
+        const ByteVec in = stream ? ByteVec(offset + want.size()) : r.Bytes("PLAINTEXT");
+        CheckStream(check, OPT_STREAM_ARCFOUR, key, {}, 0, in, want, where, [] { return 100; });
+        ByteVec b(in.size());
+        int32_t rc = PC1_Bytes(b.data(), in.data(), Size(in), key.data(), Size(key));
         check.Equal(rc ? "error" : ToHex(b.data() + offset, want.size()), ToHex(want), where + " PC1_Bytes");
         std::string hex(in.size() * 2 + 1, '\0');
         rc = PC1_Hex(hex.data(), int32_t(hex.size() - 1), ToHex(in).c_str(), ToHex(key).c_str());

@@ -1,8 +1,5 @@
-// Published block cipher vectors: NIST AESAVS and TDESAVS known-answer and
-// multi-block sets in ECB, CBC, CFB and OFB, the FIPS 197 and SP 800-38A /
-// SP 800-67 examples (with CTR), and the published Blowfish set; through the
-// per-cipher families and, for AES and Triple DES, the generic CIPHER_ calls.
-#include "block_support.h"
+// Published block cipher and key wrap vectors, through the families and the
+// generic CIPHER_ calls.
 #include "registry.h"
 
 // The exports each answer goes through.
@@ -18,55 +15,15 @@
 
 namespace {
 
-// One answer in one direction through the bytes call, the hex call (and in
-// ECB the ECB-only calls) and Init/Update/Final with one block per Update.
-void CheckFamily(Checker& check, Cipher c, const std::string& mode, const ByteVec& key, const ByteVec& iv,
-                 const ByteVec& in, const ByteVec& want, int32_t dir, const std::string& where) {
-    const std::string label = where + " " + mode + (dir ? " encrypt" : " decrypt");
-    const std::string hexIn = ToHex(in), hexKey = ToHex(key), hexIv = ToHex(iv);
-    check.Equal(Crypt(c, in, key, dir, mode.c_str(), iv), UpperHex(want), label + " BytesMode");
-    check.Equal(HexText(in.size(),
-                        [&](char* out, int32_t) {
-                            return HexModeCall(c, out, hexIn.c_str(), hexKey.c_str(), dir, mode.c_str(),
-                                               iv.empty() ? nullptr : hexIv.c_str());
-                        }),
-                UpperHex(want), label + " HexMode");
-    if (mode == "ECB") {
-        ByteVec out(in.size() + 1);
-        const int32_t rc = BytesCall(c, out.data(), NonNull(in), Size(in), key, dir);
-        check.Equal(OrError(!rc, rc, ToHex(out.data(), in.size())), ToHex(want), label + " Bytes");
-        check.Equal(
-            HexText(in.size(), [&](char* out, int32_t) { return HexCall(c, out, hexIn.c_str(), hexKey.c_str(), dir); }),
-            UpperHex(want), label + " Hex");
-    }
-    ByteVec buffer = in;
-    const int32_t h = InitCall(c, key, dir, mode.c_str(), Ptr(iv));
-    InPieces(
-        buffer.size(), [&] { return BlockSize(c); },
-        [&](size_t at, size_t n) { UpdateCall(c, h, buffer.data() + at, int32_t(n)); });
-    check.True(h != 0 && FinalCall(c, h) == 0, "Init or Final failed", label);
-    check.Equal(buffer, want, label + " Init/Update/Final");
-}
-
 // The generic CIPHER_ calls on the same answer, for AES and Triple DES: the
 // cipher named by text or by option bits by turns, no padding.
 void CheckGeneric(Checker& check, Cipher c, const std::string& mode, const ByteVec& key, const ByteVec& iv,
                   const ByteVec& in, const ByteVec& want, int32_t dir, bool byText, const std::string& where) {
     const std::string label = where + " " + mode + (dir ? " encrypt" : " decrypt") + " CIPHER_ ";
-    const int32_t cipher = c == Cipher::Tdea     ? OPT_CIPHER_TDEA
-                           : c == Cipher::Aes128 ? OPT_CIPHER_AES128
-                           : c == Cipher::Aes192 ? OPT_CIPHER_AES192
-                                                 : OPT_CIPHER_AES256;
-    const int32_t modeBits = mode == "ECB"   ? OPT_MODE_ECB
-                             : mode == "CBC" ? OPT_MODE_CBC
-                             : mode == "CFB" ? OPT_MODE_CFB
-                             : mode == "OFB" ? OPT_MODE_OFB
-                                             : OPT_MODE_CTR;
-    const char* names[] = {"tdea", "aes128", "aes192", "aes256"};
-    const std::string text = std::string(names[cipher / 16 - 1]) + "/" + mode + "/nopad", hexIv = ToHex(iv);
+    const std::string text = std::string(GenericName(c).text) + "/" + mode + "/nopad", hexIv = ToHex(iv);
     const char* alg = byText ? text.c_str() : nullptr;
     const char* ivText = iv.empty() ? nullptr : hexIv.c_str();
-    const int32_t options = byText ? 0 : cipher | modeBits | OPT_PAD_NONE;
+    const int32_t options = byText ? 0 : GenericName(c).bits | ModeOption(mode) | OPT_PAD_NONE;
 
     ByteVec out(in.size());
     auto crypt = dir ? (byText ? CIPHER_EncryptBytes : CIPHER_EncryptBytes2)
@@ -85,18 +42,13 @@ void CheckGeneric(Checker& check, Cipher c, const std::string& mode, const ByteV
     const int32_t h = byText ? CIPHER_InitHex(dir, alg, ToHex(key).c_str(), ivText, 0)
                              : CIPHER_Init(dir, nullptr, key.data(), Size(key), Ptr(iv), Size(iv), options);
     std::string got;
-    InPieces(
-        in.size(), [&] { return BlockSize(c); },
-        [&](size_t at, size_t len) {
-            const std::string piece = ToHex(in.data() + at, len);
-            if (byText) {
-                got += HexText(len,
-                               [&](char* hex, int32_t room) { return CIPHER_UpdateHex(h, hex, room, piece.c_str()); });
-                return;
-            }
-            const int32_t rc = CIPHER_Update(h, out.data(), int32_t(len), in.data() + at, int32_t(len));
-            got += OrError(rc == 0, rc, UpperHex(ByteVec(out.begin(), out.begin() + long(len))));
-        });
+    InPieces(in.size(), [&] { return BlockSize(c); }, [&](size_t at, size_t len) {
+        const std::string piece = ToHex(in.data() + at, len);
+        const int32_t rc = byText ? 0 : CIPHER_Update(h, out.data(), int32_t(len), in.data() + at, int32_t(len));
+        const auto hex = [&](char* text, int32_t room) { return CIPHER_UpdateHex(h, text, room, piece.c_str()); };
+        got += byText ? HexText(len, hex) : OrError(rc == 0, rc, Upper(ToHex(out.data(), len)));
+        return 0;
+    });
     check.True(h != 0 && CIPHER_Final(h) == 0, "CIPHER_Init or CIPHER_Final failed", label);
     check.Equal(got, UpperHex(want), label + "stateful");
 }
@@ -111,8 +63,8 @@ void RunCavpFile(Checker& check, const std::string& file, Cipher c, const std::s
         const ByteVec key =
             r.Has("KEYs") ? Joined(r, {"KEYs", "KEYs", "KEYs"}) : Joined(r, {"KEY", "KEY1", "KEY2", "KEY3"});
         if (r.Has("KEYs"))
-            CheckFamily(check, Cipher::Des, mode, r.Bytes("KEYs"), iv, in, want, encrypt, where + " DES");
-        CheckFamily(check, c, mode, key, iv, in, want, encrypt, where);
+            CheckCipherFamily(check, Cipher::Des, mode, r.Bytes("KEYs"), iv, in, want, encrypt, where + " DES");
+        CheckCipherFamily(check, c, mode, key, iv, in, want, encrypt, where);
         CheckGeneric(check, c, mode, key, iv, in, want, encrypt, r.line % 2 == 0, where);
     });
 }
@@ -129,26 +81,6 @@ void RunCavpSet(Checker& check, const std::string& dir, std::initializer_list<co
 
 const auto kAesSizes = {std::pair{"128", Cipher::Aes128}, std::pair{"192", Cipher::Aes192},
                         std::pair{"256", Cipher::Aes256}};
-
-int32_t AesWrapOption(size_t kekLength) {
-    return kekLength == 16 ? OPT_CIPHER_AES128 : kekLength == 24 ? OPT_CIPHER_AES192 : OPT_CIPHER_AES256;
-}
-
-std::string Wrapped(const ByteVec& data, const ByteVec& kek) {
-    ByteVec out(data.size() + 8);
-    int32_t n = CIPHER_KeyWrap(out.data(), Size(out), data.data(), Size(data), kek.data(), Size(kek),
-                               AesWrapOption(kek.size()));
-    return n == Size(out) ? ToHex(out) : "error " + std::to_string(n);
-}
-
-// A failed integrity check is -1 with the output zeroed.
-std::string Unwrapped(const ByteVec& data, const ByteVec& kek) {
-    ByteVec out(data.size(), 0x5a);
-    int32_t n = CIPHER_KeyUnwrap(out.data(), Size(out), data.data(), Size(data), kek.data(), Size(kek),
-                                 AesWrapOption(kek.size()));
-    if (n == -1) return out == ByteVec(data.size(), 0) ? "refused, zeroed" : "refused, not zeroed";
-    return n == Size(data) - 8 ? ToHex(out.data(), size_t(n)) : "error " + std::to_string(n);
-}
 
 }  // namespace
 
@@ -203,15 +135,15 @@ CONFORMANCE_SUITE(Vectors, BlockModeExamples, 53,
         const ByteVec key = r.Bytes("KEY"), iv = r.Bytes("IV"), &in = encrypt ? pt : ct, &want = encrypt ? ct : pt;
         const Cipher c = CipherFromName(r.Get("CIPHER"));
         const std::string mode = r.Get("MODE").substr(0, 3);
-        CheckFamily(check, c, mode, key, iv, in, want, encrypt, where);
+        CheckCipherFamily(check, c, mode, key, iv, in, want, encrypt, where);
         for (bool byText : {false, true}) CheckGeneric(check, c, mode, key, iv, in, want, encrypt, byText, where);
     });
     const std::string fips197 = "aes_fips197_appendix_c.txt";
     EachRecord(check, fips197, [&](const VectorRecord& r, const std::string& where) {
         const Cipher c = CipherFromName(r.section.begin()->first);
         const ByteVec key = r.Bytes("KEY"), pt = r.Bytes("PLAINTEXT"), ct = r.Bytes("CIPHERTEXT");
-        CheckFamily(check, c, "ECB", key, {}, pt, ct, 1, where);
-        CheckFamily(check, c, "ECB", key, {}, ct, pt, 0, where);
+        CheckCipherFamily(check, c, "ECB", key, {}, pt, ct, 1, where);
+        CheckCipherFamily(check, c, "ECB", key, {}, ct, pt, 0, where);
     });
 }
 
@@ -223,8 +155,8 @@ CONFORMANCE_SUITE(Vectors, Blowfish, 61, "Blowfish with keys of 1 to 24 bytes in
     EachRecord(check, file, [&](const VectorRecord& r, const std::string& where) {
         const std::string mode = r.Has("MODE") ? r.Get("MODE").substr(0, 3) : "ECB";
         const ByteVec key = r.Bytes("KEY"), iv = r.Bytes("IV"), pt = r.Bytes("PLAINTEXT"), ct = r.Bytes("CIPHERTEXT");
-        CheckFamily(check, Cipher::Blf, mode, key, iv, pt, ct, 1, where);
-        CheckFamily(check, Cipher::Blf, mode, key, iv, ct, pt, 0, where);
+        CheckCipherFamily(check, Cipher::Blf, mode, key, iv, pt, ct, 1, where);
+        CheckCipherFamily(check, Cipher::Blf, mode, key, iv, ct, pt, 0, where);
     });
 }
 

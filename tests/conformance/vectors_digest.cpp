@@ -1,43 +1,29 @@
-// Published digest and XOF vectors: NIST SHAVS and SHA3VS byte and bit sets,
-// SHAKE, the FIPS 202 examples, the RFC and author sets for MD5, MD2 and
-// RIPEMD-160, and the Ascon v1.2 hash and XOF known answers.
+// Published digest and XOF vectors.
+#include "digest_family_support.h"
 #include "registry.h"
 
 namespace {
 
-// The SHA1_, SHA2_ and MD5_ family calls.
-struct Family {
-    size_t size;
-    int32_t (*bytes)(unsigned char*, const unsigned char*, int32_t);
-    int32_t (*hex)(char*, const unsigned char*, int32_t);
-    int32_t (*init)();
-    int32_t (*add)(int32_t, const unsigned char*, int32_t);
-    int32_t (*digest)(char*, int32_t);
-};
-
-const Family kSha1Family{20, SHA1_BytesHash, SHA1_BytesHexHash, SHA1_Init, SHA1_AddBytes, SHA1_HexDigest};
-const Family kSha256Family{32, SHA2_BytesHash, SHA2_BytesHexHash, SHA2_Init, SHA2_AddBytes, SHA2_HexDigest};
-const Family kMd5Family{16, MD5_BytesHash, MD5_BytesHexHash, MD5_Init, MD5_AddBytes, MD5_HexDigest};
-
 struct DigestFile {
     const char* file;
     int32_t option;
-    const Family* family = nullptr;
+    const DigestFamily* family = nullptr;
 };
 
 // The family calls over one message, the stream fed in pieces of `piece` bytes.
-void CheckFamily(Checker& check, const Family& f, const ByteVec& msg, const std::string& md, size_t piece,
+void CheckFamily(Checker& check, const DigestFamily& f, const ByteVec& msg, const std::string& md, size_t piece,
                  const std::string& where) {
     uint8_t digest[32];
     char hex[65] = {};
-    f.bytes(digest, Ptr(msg), Size(msg));
-    check.Equal(ToHex(digest, f.size), md, where + " BytesHash");
-    f.hex(hex, Ptr(msg), Size(msg));
+    f.bytesHash(digest, Ptr(msg), Size(msg));
+    check.Equal(ToHex(digest, f.digits / 2), md, where + " BytesHash");
+    f.bytesHexHash(hex, Ptr(msg), Size(msg));
     check.Equal(std::string(hex), md, where + " BytesHexHash");
     const int32_t h = f.init();
-    InPieces(
-        msg.size(), [&] { return piece; }, [&](size_t at, size_t n) { f.add(h, msg.data() + at, int32_t(n)); });
-    f.digest(hex, h);
+    InPieces(msg.size(), [&] { return piece; }, [&](size_t at, size_t n) {
+        return f.addBytes(h, msg.data() + at, int32_t(n));
+    });
+    f.hexDigest(hex, h);
     check.Equal(std::string(hex), md, where + " HexDigest");
 }
 
@@ -55,22 +41,6 @@ std::string BitsHexOf(const ByteVec& msg, int32_t bits, int32_t option) {
     return OrError(n >= 0, n, out);
 }
 
-// The stream calls of HASH_ or, with sha3Bits, of SHA3_, fed in pieces.
-std::string StreamHexOf(const ByteVec& msg, int32_t option, int32_t sha3Bits, size_t piece) {
-    const int32_t h = sha3Bits ? SHA3_Init(sha3Bits) : HASH_Init(option);
-    int32_t rc = h == 0 ? -1 : 0;
-    InPieces(
-        msg.size(), [&] { return piece; },
-        [&](size_t at, size_t n) {
-            if (rc == 0) rc = (sha3Bits ? SHA3_AddBytes : HASH_AddBytes)(h, msg.data() + at, int32_t(n));
-        });
-    if (rc != 0) return "no handle or add failed";
-    char hex[129] = {};
-    uint8_t out[64];
-    const int32_t n = sha3Bits ? SHA3_HexDigest(hex, 128, h) : HASH_Final(out, 64, h);
-    return OrError(n >= 0, n, sha3Bits ? hex : ToHex(out, size_t(std::max(n, 0))));
-}
-
 // "Len" counts bits; Len = 0 comes with Msg = 00, the empty message.
 ByteVec MessageOf(const VectorRecord& r) {
     ByteVec msg = r.Bytes("Msg");
@@ -81,7 +51,7 @@ ByteVec MessageOf(const VectorRecord& r) {
 // The Short and Long message files of one digest; name is the file stem
 // ("SHA256", "SHA3_256").
 void RunByteSet(Checker& check, const std::string& dir, const std::string& name, int32_t option, int32_t sha3Bits,
-                const Family* family) {
+                const DigestFamily* family) {
     for (const char* kind : {"ShortMsg.rsp", "LongMsg.rsp"}) {
         EachRecord(check, dir + name + kind, [&](const VectorRecord& r, const std::string& where) {
             const std::string md = r.Get("MD");
@@ -91,16 +61,17 @@ void RunByteSet(Checker& check, const std::string& dir, const std::string& name,
             ByteVec padded = msg;
             padded.push_back(0);  // the bit call wants a buffer even for 0 bits
             check.Equal(BitsHexOf(padded, int32_t(r.Int("Len")), option), md, where + " HASH_HexFromBits");
-            check.Equal(StreamHexOf(msg, option, 0, 1 + size_t(r.line) % 150), md, where + " HASH_ stream");
-            if (sha3Bits) check.Equal(StreamHexOf(msg, 0, sha3Bits, 1 + size_t(r.line) % 200), md, where + " SHA3_");
+            const size_t piece = 1 + size_t(r.line) % 150;
+            check.Equal(HashStream(msg, option, 0, [&] { return piece; }), md, where + " HASH_ stream");
+            if (sha3Bits) check.Equal(HashStream(msg, 0, sha3Bits, [&] { return piece + 50; }), md, where + " SHA3_");
             if (family) CheckFamily(check, *family, msg, md, msg.size() / 2 + 1, where);
         });
     }
 }
 
-const DigestFile kSha[] = {{"SHA1", OPT_HASH_SHA1, &kSha1Family},
+const DigestFile kSha[] = {{"SHA1", OPT_HASH_SHA1, &kDigestFamilies[0]},
                            {"SHA224", OPT_HASH_SHA224},
-                           {"SHA256", OPT_HASH_SHA256, &kSha256Family},
+                           {"SHA256", OPT_HASH_SHA256, &kDigestFamilies[1]},
                            {"SHA384", OPT_HASH_SHA384},
                            {"SHA512", OPT_HASH_SHA512}};
 
@@ -109,10 +80,10 @@ const DigestFile kSha[] = {{"SHA1", OPT_HASH_SHA1, &kSha1Family},
 void CheckShake(Checker& check, int32_t option, const ByteVec& msg, const std::string& want, const std::string& where) {
     ByteVec out(want.size() / 2);
     int32_t n = XOF_Bytes(out.data(), Size(out), Ptr(msg), Size(msg), option);
-    check.Equal(n == Size(out) ? ToHex(out) : "error " + std::to_string(n), Lower(want), where + " XOF_Bytes");
+    check.Equal(OrError(n == Size(out), n, ToHex(out)), Lower(want), where + " XOF_Bytes");
     const uint8_t key[3] = {1, 2, 3};
     n = PRF_Bytes(out.data(), Size(out), NonNull(msg), Size(msg), key, 3, "ignored", option);
-    check.Equal(n == Size(out) ? ToHex(out) : "error " + std::to_string(n), Lower(want), where + " PRF_Bytes");
+    check.Equal(OrError(n == Size(out), n, ToHex(out)), Lower(want), where + " PRF_Bytes");
 }
 
 }  // namespace
@@ -166,7 +137,7 @@ CONFORMANCE_SUITE(Vectors, Md5Md2Ripemd160, 22, "MD5, MD2, RIPEMD-160",
                   "rfc/ripemd160_vectors.txt",
                   "HASH_HexFromBytes HASH_HexFromHex HASH_Bytes MD5_BytesHash MD5_BytesHexHash MD5_Init MD5_AddBytes "
                   "MD5_HexDigest") {
-    static const DigestFile files[] = {{"rfc/rfc1321_md5.txt", OPT_HASH_MD5, &kMd5Family},
+    static const DigestFile files[] = {{"rfc/rfc1321_md5.txt", OPT_HASH_MD5, &kDigestFamilies[2]},
                                        {"rfc/rfc1319_md2.txt", OPT_HASH_MD2},
                                        {"rfc/ripemd160_vectors.txt", OPT_HASH_RMD160}};
     for (const DigestFile& f : files) {
@@ -174,9 +145,7 @@ CONFORMANCE_SUITE(Vectors, Md5Md2Ripemd160, 22, "MD5, MD2, RIPEMD-160",
             const ByteVec msg = MessageOf(r);
             check.Equal(HexOf(msg, f.option), r.Get("MD"), where + " HASH_HexFromBytes");
             check.Equal(HexOf(msg, f.option, true), r.Get("MD"), where + " HASH_HexFromHex");
-            uint8_t out[20];
-            int32_t n = HASH_Bytes(out, 20, Ptr(msg), Size(msg), f.option);
-            check.Equal(n < 0 ? "error" : ToHex(out, size_t(n)), r.Get("MD"), where + " HASH_Bytes");
+            check.Equal(HashBytes(msg, f.option), r.Get("MD"), where + " HASH_Bytes");
             if (f.family) CheckFamily(check, *f.family, msg, r.Get("MD"), 5, where + " MD5_");
         });
     }
@@ -190,9 +159,7 @@ CONFORMANCE_SUITE(Vectors, AsconHash, 2050, "Ascon-Hash, Ascon-HashA (v1.2), mes
     for (const DigestFile& f : files) {
         EachRecord(check, f.file, [&](const VectorRecord& r, const std::string& where) {
             const ByteVec msg = r.Bytes("Msg");
-            uint8_t out[32];
-            int32_t n = HASH_Bytes(out, 32, Ptr(msg), Size(msg), f.option);
-            check.Equal(n == 32 ? ToHex(out, 32) : "error", Lower(r.Get("MD")), where + " HASH_Bytes");
+            check.Equal(HashBytes(msg, f.option), Lower(r.Get("MD")), where + " HASH_Bytes");
             check.Equal(HexOf(msg, f.option), Lower(r.Get("MD")), where + " HASH_HexFromBytes");
         });
     }
@@ -236,7 +203,7 @@ CONFORMANCE_SUITE(Vectors, AsconXof, 2050, "Ascon-XOF, Ascon-XOFA (v1.2), messag
             const ByteVec msg = r.Bytes("Msg");
             uint8_t out[32];
             int32_t n = XOF_Bytes(out, 32, Ptr(msg), Size(msg), option);
-            check.Equal(n == 32 ? ToHex(out, 32) : "error " + std::to_string(n), Lower(r.Get("MD")), where);
+            check.Equal(OrError(n == 32, n, ToHex(out, 32)), Lower(r.Get("MD")), where);
         });
     }
 }

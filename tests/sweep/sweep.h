@@ -144,10 +144,8 @@ struct Stateful {
 };
 void AddHandleRows(Table& rows, const Stateful& s);
 
-// Runs every row, reports each mismatch with its name.
 void RunTable(const Table& rows);
 
-// The tables, one per family group.
 Table FrameAndConversionRows();
 Table DigestRows();
 Table MacAndDerivationRows();
@@ -157,8 +155,6 @@ Table StreamRows();
 Table AeadRows();
 Table RandomRows();
 Table UtilityRows();
-
-// ---- Shared material -------------------------------------------------------
 
 // Readable buffers larger than any row needs; a row that passes a length
 // beyond them is one the call must refuse before reading.
@@ -185,7 +181,6 @@ struct Files {
 };
 Files& Fs();
 
-// The short names the rows use.
 inline char* const t = Buf().text;
 inline uint8_t* const o = Buf().out;
 inline const uint8_t* const in = Buf().in;

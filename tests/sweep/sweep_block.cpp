@@ -37,23 +37,17 @@ struct FixedKeyFamily {
     int32_t (*initError)();
 };
 
+#define FAMILY(P, ...)                                                                                         \
+    {#P "_", __VA_ARGS__, P##_Bytes, P##_BytesMode, P##_Hex, P##_HexMode, P##_B64Mode, P##_File, P##_FileExt, \
+     P##_FileHex, P##_Init, P##_InitHex, P##_Update, P##_UpdateHex, P##_Final, P##_InitError}
 const FixedKeyFamily kFamilies[] = {
-    {"AES128_", 16, 16, BAD_LENGTH_ERROR, BAD_PARAM_ERROR, AES128_InitError, false, AES128_Bytes, AES128_BytesMode,
-     AES128_Hex, AES128_HexMode, AES128_B64Mode, AES128_File, AES128_FileExt, AES128_FileHex, AES128_Init,
-     AES128_InitHex, AES128_Update, AES128_UpdateHex, AES128_Final, AES128_InitError},
-    {"AES192_", 16, 24, BAD_LENGTH_ERROR, BAD_PARAM_ERROR, AES192_InitError, false, AES192_Bytes, AES192_BytesMode,
-     AES192_Hex, AES192_HexMode, AES192_B64Mode, AES192_File, AES192_FileExt, AES192_FileHex, AES192_Init,
-     AES192_InitHex, AES192_Update, AES192_UpdateHex, AES192_Final, AES192_InitError},
-    {"AES256_", 16, 32, BAD_LENGTH_ERROR, BAD_PARAM_ERROR, AES256_InitError, false, AES256_Bytes, AES256_BytesMode,
-     AES256_Hex, AES256_HexMode, AES256_B64Mode, AES256_File, AES256_FileExt, AES256_FileHex, AES256_Init,
-     AES256_InitHex, AES256_Update, AES256_UpdateHex, AES256_Final, AES256_InitError},
-    {"DES_", 8, 8, BAD_PARAM_ERROR, NULL_ERROR, TDEA_InitError, false, DES_Bytes, DES_BytesMode, DES_Hex,
-     DES_HexMode, DES_B64Mode, DES_File, DES_FileExt, DES_FileHex, DES_Init, DES_InitHex, DES_Update,
-     DES_UpdateHex, DES_Final, DES_InitError},
-    {"TDEA_", 8, 24, BAD_LENGTH_ERROR, NULL_ERROR, TDEA_InitError, true, TDEA_Bytes, TDEA_BytesMode, TDEA_Hex,
-     TDEA_HexMode, TDEA_B64Mode, TDEA_File, TDEA_FileExt, TDEA_FileHex, TDEA_Init, TDEA_InitHex, TDEA_Update,
-     TDEA_UpdateHex, TDEA_Final, TDEA_InitError},
+    FAMILY(AES128, 16, 16, BAD_LENGTH_ERROR, BAD_PARAM_ERROR, AES128_InitError, false),
+    FAMILY(AES192, 16, 24, BAD_LENGTH_ERROR, BAD_PARAM_ERROR, AES192_InitError, false),
+    FAMILY(AES256, 16, 32, BAD_LENGTH_ERROR, BAD_PARAM_ERROR, AES256_InitError, false),
+    FAMILY(DES, 8, 8, BAD_PARAM_ERROR, NULL_ERROR, TDEA_InitError, false),
+    FAMILY(TDEA, 8, 24, BAD_LENGTH_ERROR, NULL_ERROR, TDEA_InitError, true),
 };
+#undef FAMILY
 
 std::string HexOf(int bytes, char digit = '1') { return std::string(size_t(bytes) * 2, digit); }
 
