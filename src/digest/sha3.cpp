@@ -63,10 +63,14 @@ int ShakeStart(Sha3Context* ctx, uint32_t bits) {
     }
 }
 
-void Sha3AbsorbBlock(Sha3Context* ctx) {
-    for (uint32_t lane = ctx->laneCount; lane-- > 0;) ctx->state[lane] ^= Load64Le(ctx->block + 8 * lane);
+namespace {
+void AbsorbFrom(Sha3Context* ctx, const uint8_t* block) {
+    for (uint32_t lane = ctx->laneCount; lane-- > 0;) ctx->state[lane] ^= Load64Le(block + 8 * lane);
     KeccakF1600(ctx->state);
 }
+}  // namespace
+
+void Sha3AbsorbBlock(Sha3Context* ctx) { AbsorbFrom(ctx, ctx->block); }
 
 uint32_t Sha3Absorb(Sha3Context* ctx, const uint8_t* data, uint32_t length) {
     uint32_t rate = ctx->rate;
@@ -83,10 +87,8 @@ uint32_t Sha3Absorb(Sha3Context* ctx, const uint8_t* data, uint32_t length) {
         data += room;
         length -= room;
     }
-    for (; length >= rate; data += rate, length -= rate) {
-        std::memcpy(ctx->block, data, rate);
-        Sha3AbsorbBlock(ctx);
-    }
+    // Whole blocks straight from the caller's buffer.
+    for (; length >= rate; data += rate, length -= rate) AbsorbFrom(ctx, data);
     if (length != 0) std::memcpy(ctx->block, data, length);
     ctx->buffered = length;
     return length;

@@ -8,6 +8,9 @@
 #include <numeric>
 #include <random>
 
+#include <sys/mman.h>
+#include <unistd.h>
+
 #include "aead/aead_stream.h"
 #include "aead/gcm.h"
 #include "block/block.h"
@@ -299,6 +302,29 @@ TEST(CpuPaths, EveryAlgorithmMatchesThePortableCode) {
     // wherever the carry falls in a group of blocks run side by side.
     for (int below = 0; below <= 32; ++below)
         CompareWithPortable("AES-CTR " + std::to_string(below) + " below the wrap", Aes(kModeCtr, below), {16 * 40 + 9});
+}
+
+// The SHA-512 kernel runs blocks in pairs and loads each next pair early;
+// every count must match the portable core, and no load may pass the last
+// block, which here ends where an unreadable page begins.
+TEST(CpuPaths, Sha512KernelTakesEveryCountOfBlocks) {
+    const size_t page = size_t(sysconf(_SC_PAGESIZE)), span = 4 * page;
+    void* map = mmap(nullptr, span + page, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    ASSERT_NE(map, MAP_FAILED);
+    uint8_t* end = static_cast<uint8_t*>(map) + span;
+    ASSERT_EQ(mprotect(end, page, PROT_NONE), 0);
+    Random random{0x512};
+    random.Fill(static_cast<uint8_t*>(map), span);
+    for (size_t blocks = 0; blocks <= 13; ++blocks) {
+        const uint8_t* data = end - 128 * blocks;
+        uint64_t expected[8], got[8];
+        for (uint64_t& word : expected) word = random();
+        std::memcpy(got, expected, sizeof got);
+        Sha512BlocksPortable(expected, data, blocks);
+        Sha512CompressBlocks(got, data, blocks);
+        EXPECT_EQ(std::memcmp(got, expected, sizeof got), 0) << blocks << " blocks";
+    }
+    munmap(map, span + page);
 }
 
 // The comparisons above stand on these: "portable" clears every flag, a
