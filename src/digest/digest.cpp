@@ -111,6 +111,10 @@ int32_t DigestRaw(uint8_t out[64], const uint8_t* message, uint32_t length, int3
         case 9:
         case 14:
             return -BAD_FLAG_ERROR;
+        case OPT_HASH_SHA3_224:
+        case OPT_HASH_SHA3_256:
+        case OPT_HASH_SHA3_384:
+        case OPT_HASH_SHA3_512: return int32_t(Sha3Digest(out, Sha3Bits(nibble), message, length));
         default: {
             // On the stack and not wiped afterwards: the digest is the output.
             DigestAnyContext ctx;

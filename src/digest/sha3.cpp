@@ -115,6 +115,40 @@ uint32_t Sha3Finish(uint8_t* output, uint32_t capacity, Sha3Context* ctx) {
     return count;
 }
 
+void SpongeOneShot(uint8_t* output, uint32_t outputLength, uint32_t rate, uint8_t domainByte,
+                   const uint8_t* message, size_t length) {
+    const uint32_t lanes = rate / 8;
+    uint64_t state[25] = {};
+    for (; length >= rate; message += rate, length -= rate) {
+        for (uint32_t lane = 0; lane < lanes; ++lane) state[lane] ^= Load64Le(message + 8 * lane);
+        KeccakF1600(state);
+    }
+    // The tail, the domain byte after it and the rate's closing bit go into
+    // the state directly: no block buffer to fill, pad and wipe.
+    const size_t whole = length / 8, rest = length % 8;
+    for (size_t lane = 0; lane < whole; ++lane) state[lane] ^= Load64Le(message + 8 * lane);
+    uint64_t last = uint64_t(domainByte) << (8 * rest);
+    for (size_t i = 0; i < rest; ++i) last |= uint64_t(message[8 * whole + i]) << (8 * i);
+    state[whole] ^= last;
+    state[lanes - 1] ^= 0x8000000000000000ull;
+    for (;;) {
+        KeccakF1600(state);
+        uint32_t take = outputLength < rate ? outputLength : rate;
+        std::memcpy(output, state, take);  // lanes are little-endian in memory
+        output += take;
+        outputLength -= take;
+        if (outputLength == 0) break;
+    }
+    SecureWipe(state, sizeof state);
+    SecureWipe(&last, sizeof last);
+}
+
+uint32_t Sha3Digest(uint8_t out[64], uint32_t bits, const uint8_t* message, size_t length) {
+    if (bits != 224 && bits != 256 && bits != 384 && bits != 512) return 0;
+    SpongeOneShot(out, bits / 8, 200 - bits / 4, 0x06, message, length);
+    return bits / 8;
+}
+
 uint32_t SpongeFinish(uint8_t* output, uint32_t outputLength, Sha3Context* ctx, uint8_t domainByte) {
     if (ctx->rate == 0) {
         WipeObject(*ctx);

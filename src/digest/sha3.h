@@ -1,6 +1,7 @@
 // The Keccak-f[1600] sponge: SHA3-224/256/384/512 (FIPS 202), SHAKE128/256
 // and the KMAC front end all run on this one record.
 #pragma once
+#include <cstddef>
 #include <cstdint>
 
 struct Sha3Context {
@@ -25,6 +26,13 @@ uint32_t Sha3Absorb(Sha3Context* ctx, const uint8_t* data, uint32_t length);
 // Pads with 0x06, writes min(digestLength, capacity) bytes, returns that
 // count and wipes the record.
 uint32_t Sha3Finish(uint8_t* output, uint32_t capacity, Sha3Context* ctx);
+// A whole sponge in one call, on the stack: the message, padded with
+// domainByte (as SpongeFinish), then outputLength bytes, at least 1.
+void SpongeOneShot(uint8_t* output, uint32_t outputLength, uint32_t rate, uint8_t domainByte,
+                   const uint8_t* message, size_t length);
+// SHA3-224/256/384/512 in one call: writes bits / 8 bytes and returns that
+// count (0 for any other bits).
+uint32_t Sha3Digest(uint8_t out[64], uint32_t bits, const uint8_t* message, size_t length);
 // Pads with domainByte (0x1F SHAKE, 0x04 KMAC), squeezes outputLength bytes,
 // wipes the record, returns outputLength.
 uint32_t SpongeFinish(uint8_t* output, uint32_t outputLength, Sha3Context* ctx, uint8_t domainByte);

@@ -92,10 +92,8 @@ int32_t Kmac(uint8_t* output, uint32_t outputLength, const uint8_t* message, siz
 
 int32_t Shake(uint8_t* output, uint32_t outputLength, const uint8_t* message, size_t messageLength,
               uint32_t bits) {
-    Sha3Context ctx;
-    if ((bits != 128 && bits != 256) || ShakeStart(&ctx, bits) != 0) return -1;
-    Absorb(&ctx, message, messageLength);
-    SpongeFinish(output, outputLength, &ctx, 0x1F);
+    if (bits != 128 && bits != 256) return -1;
+    if (outputLength != 0) SpongeOneShot(output, outputLength, bits == 128 ? 168 : 136, 0x1F, message, messageLength);
     return int32_t(outputLength);
 }
 
