@@ -64,8 +64,12 @@ int ShakeStart(Sha3Context* ctx, uint32_t bits) {
 }
 
 namespace {
+void XorLanes(uint64_t* state, const uint8_t* data, size_t lanes) {
+    for (size_t lane = 0; lane < lanes; ++lane) state[lane] ^= Load64Le(data + 8 * lane);
+}
+
 void AbsorbFrom(Sha3Context* ctx, const uint8_t* block) {
-    for (uint32_t lane = ctx->laneCount; lane-- > 0;) ctx->state[lane] ^= Load64Le(block + 8 * lane);
+    XorLanes(ctx->state, block, ctx->laneCount);
     KeccakF1600(ctx->state);
 }
 }  // namespace
@@ -120,13 +124,13 @@ void SpongeOneShot(uint8_t* output, uint32_t outputLength, uint32_t rate, uint8_
     const uint32_t lanes = rate / 8;
     uint64_t state[25] = {};
     for (; length >= rate; message += rate, length -= rate) {
-        for (uint32_t lane = 0; lane < lanes; ++lane) state[lane] ^= Load64Le(message + 8 * lane);
+        XorLanes(state, message, lanes);
         KeccakF1600(state);
     }
     // The tail, the domain byte after it and the rate's closing bit go into
     // the state directly: no block buffer to fill, pad and wipe.
     const size_t whole = length / 8, rest = length % 8;
-    for (size_t lane = 0; lane < whole; ++lane) state[lane] ^= Load64Le(message + 8 * lane);
+    XorLanes(state, message, whole);
     uint64_t last = uint64_t(domainByte) << (8 * rest);
     for (size_t i = 0; i < rest; ++i) last |= uint64_t(message[8 * whole + i]) << (8 * i);
     state[whole] ^= last;
